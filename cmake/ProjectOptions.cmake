@@ -1,0 +1,41 @@
+# Warnings, third-party headers and platform selection shared by every target of the project.
+
+function(quorvel_warnings target)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /WX /permissive- /utf-8)
+  else()
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
+  endif()
+endfunction()
+
+if(WIN32)
+  set(QUORVEL_PLATFORM_DIR win32)
+else()
+  set(QUORVEL_PLATFORM_DIR posix)
+endif()
+
+# Header-only Debian libraries reach the cross build through a folder that holds only them, never
+# the system include folder itself.
+set(QUORVEL_THIRD_PARTY_HEADERS rapidjson asio asio.hpp stb)
+if(CMAKE_CROSSCOMPILING)
+  set(QUORVEL_THIRD_PARTY_INCLUDE ${CMAKE_BINARY_DIR}/third_party_include)
+  file(MAKE_DIRECTORY ${QUORVEL_THIRD_PARTY_INCLUDE})
+  foreach(entry IN LISTS QUORVEL_THIRD_PARTY_HEADERS)
+    if(EXISTS /usr/include/${entry} AND NOT EXISTS ${QUORVEL_THIRD_PARTY_INCLUDE}/${entry})
+      file(CREATE_LINK /usr/include/${entry} ${QUORVEL_THIRD_PARTY_INCLUDE}/${entry} SYMBOLIC)
+    endif()
+  endforeach()
+  add_library(quorvel_third_party INTERFACE)
+  target_include_directories(quorvel_third_party SYSTEM INTERFACE ${QUORVEL_THIRD_PARTY_INCLUDE})
+else()
+  add_library(quorvel_third_party INTERFACE)
+endif()
+
+option(QUORVEL_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+# The alignment check stays off: the stitching library's MediaInfo is byte-packed with a string at
+# an odd offset, a layout the plug-in must share with it as it is.
+if(QUORVEL_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize=alignment -fno-omit-frame-pointer
+                      -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=address,undefined)
+endif()

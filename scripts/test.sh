@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Sets up this machine, builds the linux, linux-sanitize and windows builds, and runs every test
+# (the windows build's under Wine).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+./scripts/setup.sh
+
+# One Wine prefix for the run, made before the tests start so that parallel tests do not race
+# to create it.
+export QUORVEL_WINEPREFIX="$PWD/build/wineprefix"
+mkdir -p build
+cmake/wine-run.sh wineboot --init >/dev/null 2>&1 || true
+
+status=0
+for preset in linux linux-sanitize windows; do
+  echo "=== $preset ==="
+  ./scripts/build.sh "$preset"
+  ctest --preset "$preset" --parallel 2 --timeout 900 || status=1
+done
+exit $status

@@ -1,0 +1,15 @@
+// The host's selectors and the handler that serves each one.
+#pragma once
+
+#include <cstdint>
+
+#include "host_sdk/premiere_importer.h"
+
+// One handler per served selector: it takes the host's records and returns a host result code.
+using SelectorHandler = int32_t (*)(imStdParms* std_parms, void* param1, void* param2);
+
+// Selectors 0 to 53 can be served; every other number is declined.
+constexpr int32_t kSelectorCount = 54;
+
+// The handler of `selector`, or null when the selector is declined with imUnsupported.
+SelectorHandler HandlerOf(int32_t selector);

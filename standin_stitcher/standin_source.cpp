@@ -1,0 +1,130 @@
+#include "standin_source.h"
+
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <thread>
+#include <utility>
+
+#include "test_scene.h"
+
+namespace omni_standin {
+namespace {
+
+constexpr int32_t kFailed = 1;
+
+std::atomic<int64_t> live_sources{0};
+
+int64_t Modulo(int64_t value, int64_t divisor) {
+  int64_t remainder = value % divisor;
+  return remainder < 0 ? remainder + divisor : remainder;
+}
+
+bool StrideFits(const int* strides, int plane, int32_t row_bytes) {
+  int64_t stride = strides[plane];
+  return (stride < 0 ? -stride : stride) >= row_bytes;
+}
+
+bool CanHold(int32_t width, int32_t height, uint8_t** planes, const int* strides) {
+  if (width <= 0 || height <= 0 || planes == nullptr || planes[0] == nullptr) return false;
+  if (planes[1] == nullptr) return true;
+  int32_t chroma_width = (width + 1) / 2;
+  return planes[2] != nullptr && strides != nullptr && StrideFits(strides, 0, width) &&
+         StrideFits(strides, 1, chroma_width) && StrideFits(strides, 2, chroma_width);
+}
+
+// Sample n is 0.25 sin(2 pi f n / rate). The phase f n is kept modulo the rate in integers, so it
+// stays exact however far into the file n lies.
+void WriteTone(int64_t frequency, int64_t rate, int64_t start, int64_t count, float* out) {
+  const double kTwoPi = 6.283185307179586;
+  int64_t step = frequency % rate;
+  int64_t phase = Modulo(start, rate) * step % rate;
+  for (int64_t i = 0; i < count; ++i) {
+    out[i] = static_cast<float>(
+        0.25 * std::sin(kTwoPi * static_cast<double>(phase) / static_cast<double>(rate)));
+    phase += step;
+    if (phase >= rate) phase -= rate;
+  }
+}
+
+}  // namespace
+
+StandinSource::StandinSource(std::string path, ProjectFile project, PathState* path_state)
+    : path_(std::move(path)), project_(std::move(project)), path_state_(path_state) {
+  live_sources.fetch_add(1);
+}
+
+StandinSource::~StandinSource() { live_sources.fetch_sub(1); }
+
+int64_t StandinSource::Live() { return live_sources.load(); }
+
+int32_t StandinSource::GetVideoFrame(int64_t frame_index, int32_t width, int32_t height,
+                                     uint8_t** planes, int* strides) {
+  path_state_->Count(kOmniStandinGetVideoFrame);
+  const InjectedFaults& faults = project_.faults;
+  if (faults.video_delay_ms > 0) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(faults.video_delay_ms));
+  }
+  if (!CanHold(width, height, planes, strides)) return kFailed;
+  if (frame_index < 0 || frame_index >= project_.frames) return kFailed;
+  if (faults.video_fail_always.count(frame_index) != 0) return kFailed;
+  if (faults.video_fail_once.count(frame_index) != 0 && path_state_->FirstRequest(frame_index)) {
+    return kFailed;
+  }
+
+  bool packed = planes[1] == nullptr;
+  if (project_.flat_render) {
+    if (packed) {
+      FillFlatBgra(width, height, planes[0]);
+    } else {
+      FillFlatYuv(width, height, planes, strides);
+    }
+    return 0;
+  }
+  SceneFrame frame;
+  frame.index = frame_index;
+  frame.frame_count = project_.frames;
+  frame.stereo = project_.stereo;
+  frame.generation = path_state_->generation();
+  if (packed) {
+    DrawSceneBgra(frame, width, height, planes[0]);
+  } else {
+    DrawSceneYuv(frame, width, height, planes, strides);
+  }
+  return 0;
+}
+
+int32_t StandinSource::GetAudioFrame(int64_t start, int64_t count, float** buffers) {
+  path_state_->Count(kOmniStandinGetAudioFrame);
+  if (count <= 0) return 0;
+  for (int32_t c = 0; c < project_.audio_channels; ++c) {
+    if (buffers == nullptr || buffers[c] == nullptr) return kFailed;
+  }
+  for (int32_t c = 0; c < project_.audio_channels; ++c) {
+    WriteTone(int64_t{220} * (c + 1), project_.audio_rate, start, count, buffers[c]);
+  }
+  return 0;
+}
+
+bool StandinSource::Update() {
+  path_state_->Count(kOmniStandinUpdate);
+  path_state_->AdvanceGeneration();
+  return true;
+}
+
+void StandinSource::Describe(MediaInfo* info) const {
+  info->has_video = 1;
+  info->width = project_.width;
+  info->height = project_.height;
+  info->fps = project_.fps;
+  info->frame_count = project_.frames;
+  info->bitrate = project_.bitrate;
+  info->stereo = project_.stereo ? 1 : 0;
+  info->has_audio = project_.has_audio ? 1 : 0;
+  info->audio_sample_frames = project_.audio_sample_frames;
+  info->audio_sample_rate = project_.audio_rate;
+  info->audio_channels = project_.audio_channels;
+  info->offset = project_.offset;
+}
+
+}  // namespace omni_standin

@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+
+#include "command_link/command_client.h"
+#include "host_sdk/premiere_importer.h"
+#include "importer/start_up_and_shut_down.h"
+#include "logging/plugin_log.h"
+#include "platform/c_runtime_files.h"
+#include "support/temp_folder.h"
+
+extern "C" int32_t xImportEntry(int32_t selector, imStdParms* std_parms, void* param1,
+                                void* param2);
+
+namespace {
+
+constexpr int32_t kUntouched = 0x55555555;
+
+class EntryPointTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    SetCommandLoopPauseForTesting(5);
+    StopFlag = false;
+  }
+
+  // Starts the plug-in with a capability record whose every word is kUntouched.
+  std::array<int32_t, 19> StartWithInterfaceVersion(int32_t version) {
+    std::array<int32_t, sizeof(imImportInfoRec) / 4 + 1> words;
+    words.fill(kUntouched);
+    imStdParms std_parms{};
+    std_parms.imInterfaceVer = version;
+    EXPECT_EQ(xImportEntry(imInit, &std_parms, words.data(), nullptr), imNoErr);
+    EXPECT_EQ(xImportEntry(imShutdown, &std_parms, nullptr, nullptr), imNoErr);
+    std::array<int32_t, 19> first;
+    std::memcpy(first.data(), words.data(), sizeof(first));
+    return first;
+  }
+
+  static std::string LogText() {
+    return ReadWholeFile(platform::NativePath(PluginLog::Get()->folder() + "\\Plugin.log"));
+  }
+};
+
+TEST_F(EntryPointTest, DeclinesSelectorsItDoesNotServe) {
+  imStdParms std_parms{};
+  for (int32_t selector : {-1, 2, 7, 10, 11, 15, 22, 26, 28, 35, 46, 48, 51, 54, 1000}) {
+    EXPECT_EQ(xImportEntry(selector, &std_parms, nullptr, nullptr), imUnsupported) << selector;
+  }
+}
+
+TEST_F(EntryPointTest, AnswersTheConstantSelectors) {
+  imStdParms std_parms{};
+  EXPECT_EQ(xImportEntry(imGetSupports8, &std_parms, nullptr, nullptr), malSupports8);
+  imMetaDataRec metadata{};
+  EXPECT_EQ(xImportEntry(imGetMetaData, &std_parms, nullptr, &metadata), imNoErr);
+  EXPECT_EQ(xImportEntry(imSetMetaData, &std_parms, nullptr, &metadata), imNoErr);
+}
+
+TEST_F(EntryPointTest, FillsTheCapabilityWordsOfInterfaceVersion5) {
+  std::array<int32_t, 19> words = StartWithInterfaceVersion(5);
+  const std::array<int32_t, 19> expected = {
+      kUntouched, kUntouched, 1, 1, kUntouched, kUntouched, kUntouched, kUntouched, kUntouched, 1,
+      0,          0,          0, 0, kUntouched, kUntouched, 1,          1,          kUntouched};
+  EXPECT_EQ(words, expected);
+}
+
+TEST_F(EntryPointTest, SetsWord18FromInterfaceVersion6) {
+  std::array<int32_t, 19> words = StartWithInterfaceVersion(6);
+  EXPECT_EQ(words[18], 1);
+  EXPECT_EQ(words[17], 1);
+  EXPECT_EQ(words[4], kUntouched);
+}
+
+TEST_F(EntryPointTest, StartsTheCommandThreadAndSucceedsWhenSocketsFailToStart) {
+  imStdParms std_parms{};
+  std_parms.imInterfaceVer = 6;
+  imImportInfoRec capabilities{};
+  size_t before = LogText().size();
+  EXPECT_EQ(StartUp(&std_parms, &capabilities, [] { return false; }), imNoErr);
+  EXPECT_EQ(ShutDown(), imNoErr);
+  std::string written = LogText().substr(before);
+  EXPECT_NE(written.find("ERROR WSAStartup() failure SDK_File_Import:"), std::string::npos);
+  EXPECT_NE(written.find("INFO  Start thread to read command from server... SDK_File_Import:"),
+            std::string::npos);
+  EXPECT_NE(written.find("INFO  Plugin is shutting down... SDK_File_Import:"), std::string::npos);
+  const int32_t can_save = capabilities.canSave;
+  EXPECT_EQ(can_save, 1);
+}
+
+TEST_F(EntryPointTest, ShutDownWithoutStartUpSucceeds) {
+  imStdParms std_parms{};
+  EXPECT_EQ(xImportEntry(imShutdown, &std_parms, nullptr, nullptr), imNoErr);
+}
+
+}  // namespace

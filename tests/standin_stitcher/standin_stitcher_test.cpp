@@ -1,0 +1,338 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "standin_stitcher/omni_standin_introspection.h"
+#include "stitcher_api/pr_source.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+constexpr double kTwoPi = 6.283185307179586;
+
+// A planar 4:2:0 picture whose rows are `padding` bytes longer than the picture; every byte
+// starts as `fill`.
+struct YuvPicture {
+  YuvPicture(int width, int height, int padding = 0, uint8_t fill = 0)
+      : strides{width + padding, (width + 1) / 2 + padding, (width + 1) / 2 + padding},
+        rows{height, (height + 1) / 2, (height + 1) / 2} {
+    for (int p = 0; p < 3; ++p) {
+      bytes[p].assign(static_cast<size_t>(strides[p]) * rows[p], fill);
+      planes[p] = bytes[p].data();
+    }
+  }
+  int strides[3];
+  int rows[3];
+  std::vector<uint8_t> bytes[3];
+  uint8_t* planes[3];
+};
+
+class StandinStitcherTest : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    for (auto& source : open_) PrSourceFactory::Destroy(source);
+    EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_);
+  }
+
+  std::string WriteProject(const std::string& json) {
+    return folder_.WriteFile("clip" + std::to_string(++files_) + ".qvo", json);
+  }
+
+  // Null when Create fails. The fixture destroys every source it opened.
+  PRSource* TryOpen(const std::string& path, MediaInfo* info = nullptr) {
+    MediaInfo ignored;
+    open_.push_back(PrSourceFactory::Create(path, info != nullptr ? info : &ignored));
+    return open_.back().get();
+  }
+
+  PRSource& Open(const std::string& path, MediaInfo* info = nullptr) {
+    PRSource* source = TryOpen(path, info);
+    if (source == nullptr) throw std::runtime_error("no source for " + path);
+    return *source;
+  }
+
+  // Opens `json` as a new project file.
+  PRSource& OpenClip(const std::string& json, MediaInfo* info = nullptr) {
+    return Open(WriteProject(json), info);
+  }
+
+  static std::vector<uint8_t> Bgra(PRSource& source, int64_t index, int width, int height) {
+    std::vector<uint8_t> pixels(static_cast<size_t>(width) * height * 4);
+    uint8_t* planes[3] = {pixels.data(), nullptr, nullptr};
+    EXPECT_EQ(source.GetVideoFrame(index, width, height, planes, nullptr), 0);
+    return pixels;
+  }
+
+  static YuvPicture Yuv(PRSource& source, int64_t index, int width, int height) {
+    YuvPicture picture(width, height);
+    EXPECT_EQ(source.GetVideoFrame(index, width, height, picture.planes, picture.strides), 0);
+    return picture;
+  }
+
+  static int32_t VideoResult(PRSource& source, int64_t index) {
+    YuvPicture picture(16, 8);
+    return source.GetVideoFrame(index, 16, 8, picture.planes, picture.strides);
+  }
+
+  TempFolder folder_;
+  int files_ = 0;
+  std::vector<std::shared_ptr<PRSource>> open_;
+  int64_t live_at_start_ = OmniStandin_LiveSources();
+};
+
+TEST_F(StandinStitcherTest, ReportsDefaultsForAnEmptyObject) {
+  MediaInfo info;
+  OpenClip("{}", &info);
+  EXPECT_EQ(info.has_video, 1);
+  EXPECT_EQ(info.width, 3840);
+  EXPECT_EQ(info.height, 1920);
+  EXPECT_EQ(info.fps, 29.97);
+  EXPECT_EQ(info.frame_count, 300);
+  EXPECT_EQ(info.bitrate, 120000000);
+  EXPECT_EQ(info.stereo, 0);
+  EXPECT_EQ(info.has_audio, 1);
+  EXPECT_EQ(info.audio_sample_rate, 48000);
+  EXPECT_EQ(info.audio_channels, 2);
+  EXPECT_EQ(info.audio_sample_frames, 480480);  // 300 / 29.97 * 48000 = 480480.48
+  EXPECT_EQ(info.offset, "");
+}
+
+TEST_F(StandinStitcherTest, ReportsTheFileValuesAndDerivesTheSampleCount) {
+  MediaInfo info;
+  OpenClip(R"({"width": 640, "height": 640, "fps": 25, "frames": 250,
+      "bitrate": 7, "stereo": true, "offset": "1.5,-2,0", "audio": {"rate": 44100,
+      "channels": 6}})",
+           &info);
+  EXPECT_EQ(info.width, 640);
+  EXPECT_EQ(info.height, 640);
+  EXPECT_EQ(info.fps, 25.0);
+  EXPECT_EQ(info.frame_count, 250);
+  EXPECT_EQ(info.bitrate, 7);
+  EXPECT_EQ(info.stereo, 1);
+  EXPECT_EQ(info.offset, "1.5,-2,0");
+  EXPECT_EQ(info.audio_sample_rate, 44100);
+  EXPECT_EQ(info.audio_channels, 6);
+  EXPECT_EQ(info.audio_sample_frames, 441000);
+
+  OpenClip(R"({"audio": {"sample_frames": 12345}})", &info);
+  EXPECT_EQ(info.audio_sample_frames, 12345);
+}
+
+TEST_F(StandinStitcherTest, ReportsNoSoundAsZeroAudioFields) {
+  MediaInfo info;
+  OpenClip(R"({"audio": null})", &info);
+  EXPECT_EQ(info.has_audio, 0);
+  EXPECT_EQ(info.audio_sample_frames, 0);
+  EXPECT_EQ(info.audio_sample_rate, 0);
+  EXPECT_EQ(info.audio_channels, 0);
+}
+
+TEST_F(StandinStitcherTest, GivesNoSourceForMissingOrMalformedFiles) {
+  EXPECT_FALSE(TryOpen(folder_.Join("absent.qvo")));
+  for (const char* text : {"", "not json", "[1, 2]", "{\"width\": 10", "{\"width\": \"wide\"}",
+                           "{\"fps\": 0}", "{\"audio\": 5}", "{\"render\": \"fancy\"}",
+                           "{\"faults\": {\"video_fail_once\": [\"x\"]}}"}) {
+    EXPECT_FALSE(TryOpen(WriteProject(text))) << text;
+  }
+}
+
+TEST_F(StandinStitcherTest, SharesOneSourcePerPathUntilTheLastDestroy) {
+  std::string path = WriteProject(R"({"width": 100})");
+  MediaInfo first, second;
+  std::shared_ptr<PRSource> a = PrSourceFactory::Create(path, &first);
+  std::shared_ptr<PRSource> b = PrSourceFactory::Create(path, &second);
+  ASSERT_TRUE(a);
+  EXPECT_EQ(a.get(), b.get());
+  EXPECT_EQ(second.width, 100);
+  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_ + 1);
+
+  PrSourceFactory::Destroy(a);
+  EXPECT_FALSE(a);
+  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_ + 1);
+  PrSourceFactory::Destroy(a);  // an empty reference: nothing happens, nothing is counted
+  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_ + 1);
+  PrSourceFactory::Destroy(b);
+  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinCreate, path.c_str()), 2);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinDestroy, path.c_str()), 2);
+
+  EXPECT_NE(&Open(path), &OpenClip("{}"));
+}
+
+TEST_F(StandinStitcherTest, CountsCallsPerPathAndInTotalUntilReset) {
+  std::string one = WriteProject("{}"), two = WriteProject("{}");
+  PRSource& first = Open(one);
+  PRSource& second = Open(two);
+  OmniStandin_ResetCounters();
+  std::vector<float> samples(4);
+  float* buffers[2] = {samples.data(), samples.data() + 2};
+  VideoResult(first, 0);
+  VideoResult(first, 400);  // failed calls count too
+  first.GetAudioFrame(0, 2, buffers);
+  second.Update();
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetVideoFrame, one.c_str()), 2);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetAudioFrame, one.c_str()), 1);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, one.c_str()), 0);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, two.c_str()), 1);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetVideoFrame, nullptr), 2);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinCreate, nullptr), 0);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, folder_.Join("never.qvo").c_str()), 0);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinCallKinds, nullptr), -1);
+
+  OmniStandin_ResetCounters();
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetVideoFrame, one.c_str()), 0);
+  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_ + 2);
+}
+
+TEST_F(StandinStitcherTest, YuvAndBgraShowTheSamePicture) {
+  PRSource& source = OpenClip(R"({"frames": 10})");
+  const int width = 96, height = 48;
+  std::vector<uint8_t> bgra = Bgra(source, 7, width, height);
+  YuvPicture yuv = Yuv(source, 7, width, height);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const uint8_t* p = &bgra[(static_cast<size_t>(y) * width + x) * 4];
+      double luma = 0.2126 * p[2] + 0.7152 * p[1] + 0.0722 * p[0];
+      ASSERT_NEAR(yuv.bytes[0][y * width + x], luma, 1.5) << x << "," << y;
+      ASSERT_EQ(p[3], 255);
+      // Chroma is compared where the 2 x 2 block has one colour, whatever the subsampling.
+      const uint8_t* below = p + width * 4;
+      if (x % 2 != 0 || y % 2 != 0 || std::memcmp(p, p + 4, 4) != 0 ||
+          std::memcmp(p, below, 4) != 0 || std::memcmp(p, below + 4, 4) != 0) {
+        continue;
+      }
+      int chroma = y / 2 * yuv.strides[1] + x / 2;
+      ASSERT_NEAR(yuv.bytes[1][chroma], (p[0] - luma) / 1.8556 + 128, 1.5);
+      ASSERT_NEAR(yuv.bytes[2][chroma], (p[2] - luma) / 1.5748 + 128, 1.5);
+    }
+  }
+}
+
+TEST_F(StandinStitcherTest, PictureChangesWithTheFrameAndTheUpdateGenerationOfThePath) {
+  std::string path = WriteProject(R"({"frames": 10})");
+  std::shared_ptr<PRSource> source = PrSourceFactory::Create(path, nullptr);
+  ASSERT_TRUE(source);
+  std::vector<uint8_t> original = Bgra(*source, 0, 128, 64);
+  EXPECT_EQ(Bgra(*source, 0, 128, 64), original);
+  EXPECT_NE(Bgra(*source, 1, 128, 64), original);
+
+  EXPECT_TRUE(source->Update());
+  std::vector<uint8_t> updated = Bgra(*source, 0, 128, 64);
+  EXPECT_NE(updated, original);
+
+  PrSourceFactory::Destroy(source);
+  EXPECT_EQ(Bgra(Open(path), 0, 128, 64), updated);
+}
+
+TEST_F(StandinStitcherTest, StereoEyesDifferOnlySlightly) {
+  const int width = 360, height = 360;
+  std::vector<uint8_t> frame = Bgra(OpenClip(R"({"stereo": true})"), 40, width, height);
+  size_t half = frame.size() / 2, differing = 0;
+  for (size_t i = 0; i < half; ++i) {
+    if (frame[i] != frame[half + i]) ++differing;
+  }
+  EXPECT_GT(differing, 0u);
+  EXPECT_LT(differing, half / 10);
+}
+
+TEST_F(StandinStitcherTest, PlanarWritesFillEveryRowAndKeepToTheStrides) {
+  PRSource& source = OpenClip("{}");
+  const int width = 37, height = 19;
+  YuvPicture tight(width, height, 0, 0x00), padded(width, height, 5, 0xFF);
+  ASSERT_EQ(source.GetVideoFrame(3, width, height, tight.planes, tight.strides), 0);
+  ASSERT_EQ(source.GetVideoFrame(3, width, height, padded.planes, padded.strides), 0);
+  for (int p = 0; p < 3; ++p) {
+    int row_bytes = tight.strides[p];
+    for (int row = 0; row < padded.rows[p]; ++row) {
+      // Bytes that match although they started different were written.
+      const uint8_t* written = &padded.bytes[p][static_cast<size_t>(row) * padded.strides[p]];
+      ASSERT_TRUE(std::equal(written, written + row_bytes, &tight.bytes[p][row * row_bytes]))
+          << "plane " << p << " row " << row;
+      ASSERT_TRUE(std::all_of(written + row_bytes, written + padded.strides[p],
+                              [](uint8_t byte) { return byte == 0xFF; }))
+          << "plane " << p << " row " << row;
+    }
+  }
+}
+
+TEST_F(StandinStitcherTest, FlatRenderFillsEachPlaneWithOneValue) {
+  PRSource& source = OpenClip(R"({"render": "flat"})");
+  YuvPicture yuv = Yuv(source, 0, 64, 32);
+  for (auto& plane : yuv.bytes) {
+    EXPECT_EQ(static_cast<size_t>(std::count(plane.begin(), plane.end(), plane[0])), plane.size());
+  }
+  std::vector<uint8_t> bgra = Bgra(source, 0, 64, 32);
+  EXPECT_EQ(static_cast<size_t>(std::count(bgra.begin(), bgra.end(), bgra[0])), bgra.size());
+}
+
+TEST_F(StandinStitcherTest, FramesFailOutsideTheClipAndWhereTheFileSaysOnceOrAlways) {
+  std::string path = WriteProject(
+      R"({"frames": 8, "faults": {"video_fail_once": [2, 3], "video_fail_always": [5]}})");
+  std::shared_ptr<PRSource> source = PrSourceFactory::Create(path, nullptr);
+  ASSERT_TRUE(source);
+  EXPECT_EQ(VideoResult(*source, -1), 1);
+  EXPECT_EQ(VideoResult(*source, 8), 1);
+  EXPECT_EQ(VideoResult(*source, 7), 0);
+  EXPECT_EQ(VideoResult(*source, 2), 1);
+  EXPECT_EQ(VideoResult(*source, 2), 0);
+  EXPECT_EQ(VideoResult(*source, 5), 1);
+  EXPECT_EQ(VideoResult(*source, 5), 1);
+  PrSourceFactory::Destroy(source);
+
+  PRSource& reopened = Open(path);
+  EXPECT_EQ(VideoResult(reopened, 2), 0);  // the path has had its one failure of frame 2
+  EXPECT_EQ(VideoResult(reopened, 3), 1);
+}
+
+TEST_F(StandinStitcherTest, CreateFailsWhenTheFileSaysSo) {
+  std::string never = WriteProject(R"({"faults": {"create": true}})");
+  EXPECT_FALSE(TryOpen(never));
+  EXPECT_FALSE(TryOpen(never));
+
+  std::string twice = WriteProject(R"({"faults": {"create_ok_times": 2}})");
+  std::shared_ptr<PRSource> first = PrSourceFactory::Create(twice, nullptr);
+  std::shared_ptr<PRSource> second = PrSourceFactory::Create(twice, nullptr);
+  EXPECT_TRUE(first);
+  EXPECT_TRUE(second);
+  EXPECT_FALSE(TryOpen(twice));
+  PrSourceFactory::Destroy(first);
+  PrSourceFactory::Destroy(second);
+  EXPECT_FALSE(TryOpen(twice));  // the count of Create calls survives the release
+}
+
+TEST_F(StandinStitcherTest, ToneFollowsTheAbsoluteSampleNumber) {
+  PRSource& source = OpenClip(R"({"audio": {"rate": 48000, "channels": 3}})");
+  std::vector<float> whole(3 * 300), split(3 * 300);
+  float* whole_buffers[3] = {&whole[0], &whole[300], &whole[600]};
+  float* split_buffers[3] = {&split[0], &split[300], &split[600]};
+  const int64_t start = 10000000000;  // about 58 hours in
+  ASSERT_EQ(source.GetAudioFrame(start, 300, whole_buffers), 0);
+  for (int c = 0; c < 3; ++c) {
+    for (int n : {0, 1, 77, 299}) {
+      double phase = std::fmod(220.0 * (c + 1) * static_cast<double>(start + n), 48000.0);
+      EXPECT_NEAR(whole_buffers[c][n], 0.25 * std::sin(kTwoPi * phase / 48000.0), 1e-6);
+    }
+  }
+  ASSERT_EQ(source.GetAudioFrame(start, 120, split_buffers), 0);
+  float* rest[3] = {split_buffers[0] + 120, split_buffers[1] + 120, split_buffers[2] + 120};
+  ASSERT_EQ(source.GetAudioFrame(start + 120, 180, rest), 0);
+  EXPECT_EQ(split, whole);
+}
+
+TEST_F(StandinStitcherTest, NonPositiveCountWritesNothing) {
+  PRSource& source = OpenClip("{}");
+  std::vector<float> samples(8, 7.0f);
+  float* buffers[2] = {&samples[0], &samples[4]};
+  EXPECT_EQ(source.GetAudioFrame(0, 0, buffers), 0);
+  EXPECT_EQ(source.GetAudioFrame(0, -3, buffers), 0);
+  EXPECT_EQ(samples, std::vector<float>(8, 7.0f));
+}
+
+}  // namespace
