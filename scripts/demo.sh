@@ -13,11 +13,13 @@ mkdir -p "$profile/AppData/Local"
 
 echo "=== linux build ==="
 USERPROFILE="$profile" build/linux/bin/qvo-host start-up
+USERPROFILE="$profile" build/linux/bin/qvo-host info samples/*.qvo
 echo "--- end of Plugin.log ---"
 tail -n 3 "$profile/AppData/Local/quorvel/Adobe/Plugin.log"
 
 echo
 echo "=== windows build: QuorvelOmniImporter.prm under Wine ==="
 cmake/wine-run.sh build/windows/bin/qvo-host.exe start-up
+cmake/wine-run.sh build/windows/bin/qvo-host.exe info samples/*.qvo
 echo "--- end of Plugin.log ---"
 tail -n 3 "$QUORVEL_WINEPREFIX/drive_c/users/$(whoami)/AppData/Local/quorvel/Adobe/Plugin.log"

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "command_link/command_client.h"
+#include "importer/context_registry.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "platform/sockets.h"
@@ -50,6 +51,7 @@ int32_t ShutDown() {
                           "Plugin is shutting down...");
   StopFlag = true;
   if (command_thread.joinable()) command_thread.join();
+  ContextRegistry::Instance().Stop();
   platform::StopSockets();
   return imNoErr;
 }

@@ -64,6 +64,7 @@ TEST_F(HostLoadingTest, ImportsOnlySystemDllsAndTheStitchingLibrary) {
                                                 "user32.dll",   "advapi32.dll", "ntdll.dll",
                                                 "ucrtbase.dll"};
   std::vector<std::string> names = ImportedDllNames();
+  EXPECT_NE(std::find(names.begin(), names.end(), "omnistitcher.dll"), names.end());
   for (const std::string& name : names) {
     bool allowed = name == "omnistitcher.dll" || name.rfind("api-ms-win-", 0) == 0 ||
                    std::find(system_dlls.begin(), system_dlls.end(), name) != system_dlls.end();

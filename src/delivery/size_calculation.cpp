@@ -1,0 +1,39 @@
+#include "delivery/size_calculation.h"
+
+#include "importer/private_file_record.h"
+#include "platform/file_handles.h"
+#include "sample_file/sample_file_helpers.h"
+
+int64_t SampleFileBytes(const SampleFileHeader& header, int32_t duration, int32_t scale,
+                        int32_t sample_size) {
+  const int64_t frame_bytes = static_cast<int64_t>(header.width) * header.height *
+                              BytesPerPixelForCodec(header.video_codec);
+  int64_t video_bytes = 0;
+  if (header.has_video != 0 && scale != 0) {
+    video_bytes = (frame_bytes + static_cast<int64_t>(kFrameSeparatorSize)) * duration / scale;
+  }
+  int64_t audio_bytes = 0;
+  if (header.has_audio != 0) {
+    int64_t samples = duration;
+    if (header.has_video != 0 && sample_size != 0) {
+      samples = static_cast<int64_t>(header.sample_rate * duration / sample_size);
+    }
+    audio_bytes =
+        samples * ChannelCountOfType(header.channel_type) * static_cast<int64_t>(sizeof(float));
+  }
+  return video_bytes + audio_bytes + static_cast<int64_t>(kSampleFileHeaderSize);
+}
+
+int32_t CalculateSize(imCalcSizeRec* request, const imFileAccessRec8* access) {
+  const int32_t duration = request->duration;
+  if (duration != 0) {
+    const PrivateFileRecord* record = RecordOf(request->privatedata);
+    request->sizeInBytes =
+        SampleFileBytes(record->header, duration, request->scale, request->sampleSize);
+    return imNoErr;
+  }
+  int64_t size = 0;
+  if (!platform::FileSize64(access->fileref, &size)) return imMemErr;
+  request->sizeInBytes = size;
+  return imNoErr;
+}

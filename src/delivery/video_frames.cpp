@@ -1,0 +1,134 @@
+#include "delivery/video_frames.h"
+
+#include "delivery/frame_fetch.h"
+#include "delivery/stopwatch.h"
+#include "host_sdk/host_assumptions.h"
+#include "importer/context_registry.h"
+#include "importer/host_suites.h"
+#include "logging/log_sites.h"
+#include "logging/plugin_log.h"
+#include "sample_file/sample_file_helpers.h"
+
+namespace {
+
+constexpr int32_t kStream = 0;
+
+// The frame that contains `time`; the cache knows frames by this index, never by ticks.
+int32_t FrameIndexOf(PrTime time, const SampleFileHeader& header) {
+  const auto ticks_per_frame = static_cast<PrTime>(header.frame_duration);
+  if (ticks_per_frame <= 0) return 0;
+  return static_cast<int32_t>(time / ticks_per_frame);
+}
+
+bool FoundInCache(const PrivateFileRecord* record, int32_t index, imFrameFormat* format,
+                  PPixHand* slot) {
+  PrSDKPPixCacheSuite* cache = record->cache_suite;
+  return cache != nullptr &&
+         cache->GetFrameFromCache(record->importer_id, kStream, index, 1, format, slot, nullptr,
+                                  0) == suiteError_NoError;
+}
+
+PrSDKPPix2Suite* PPix2SuiteOf(const imStdParms* std_parms, FileContext* context) {
+  if (context->ppix2_suite == nullptr) {
+    context->ppix2_suite = AcquireSuite<PrSDKPPix2Suite>(BasicSuiteOf(std_parms), kPrSDKPPix2Suite,
+                                                         kPrSDKPPix2SuiteVersion);
+  }
+  return context->ppix2_suite;
+}
+
+int32_t FetchIntoPlanes(const PrivateFileRecord* record, PrSDKPPix2Suite* ppix2, PPixHand frame,
+                        int32_t index) {
+  Stopwatch stopwatch;
+  char* planes[3] = {nullptr, nullptr, nullptr};
+  uint32_t row_bytes[3] = {0, 0, 0};
+  ppix2->GetYUV420PlanarBuffers(frame, PrPPixBufferAccess_ReadWrite, &planes[0], &row_bytes[0],
+                                &planes[1], &row_bytes[1], &planes[2], &row_bytes[2]);
+  PluginLog::Get()->Write(kLogInfo, kLogSource, log_site::kGetBuffer, "get buffer:%d",
+                          stopwatch.ElapsedMilliseconds());
+  FrameTarget target;
+  for (int p = 0; p < 3; ++p) {
+    target.planes[p] = reinterpret_cast<uint8_t*>(planes[p]);
+    target.strides[p] = static_cast<int>(row_bytes[p]);
+  }
+  stopwatch.Restart();
+  int32_t result = FetchFrame(record, index, &target);
+  // The words time the fetch, not an allocation; they have always read so.
+  PluginLog::Get()->Write(kLogInfo, kLogSource, log_site::kAllocateBuffer, "allocate buffer:%d",
+                          stopwatch.ElapsedMilliseconds());
+  return result;
+}
+
+// The source writes rows tightly packed at the start of the host's buffer; they are then spread
+// in place to the host's row bytes, last row first, top row staying on top.
+int32_t FetchPacked(const PrivateFileRecord* record, const imFrameFormat& format, PPixHand frame,
+                    int32_t index) {
+  static_assert(kPackedFramesTopRowFirst, "packed frames are delivered without a flip");
+  PrSDKPPixSuite* ppix = record->ppix_suite;
+  char* pixels = nullptr;
+  ppix->GetPixels(frame, PrPPixBufferAccess_ReadWrite, &pixels);
+  FrameTarget target;
+  target.planes[0] = reinterpret_cast<uint8_t*>(pixels);
+  int32_t result = FetchFrame(record, index, &target);
+  int32_t row_bytes = 0;
+  ppix->GetRowBytes(frame, &row_bytes);
+  SpreadRowsToPitch(target.planes[0], target.planes[0], static_cast<uint32_t>(row_bytes),
+                    BytesPerPixelForFormat(format.inPixelFormat),
+                    static_cast<uint32_t>(format.inFrameWidth),
+                    static_cast<uint32_t>(format.inFrameHeight));
+  return result;
+}
+
+int32_t DeliverFrame(const imStdParms* std_parms, imSourceVideoRec* request,
+                     const PrivateFileRecord* record, int32_t index) {
+  imFrameFormat any_format = {0, 0, kAnnouncedPixelFormat};
+  imFrameFormat* format =
+      request->inFrameFormats != nullptr ? request->inFrameFormats : &any_format;
+  PPixHand* slot = request->outFrame;
+  if (FoundInCache(record, index, format, slot)) return imNoErr;
+
+  FileContext* context = record->context;
+  if (context == nullptr) {
+    // Nothing to stitch from: answered before any host frame is made for it.
+    PluginLog::Get()->Write(kLogError, kLogSource, log_site::kVideoContextMissing,
+                            "FileContext pointer is null.");
+    return imNoContent;
+  }
+  PrSDKPPix2Suite* ppix2 = PPix2SuiteOf(std_parms, context);
+  if (format->inFrameWidth == 0 && format->inFrameHeight == 0) {
+    format->inFrameWidth = record->header.width;
+    format->inFrameHeight = record->header.height;
+  }
+  const prRect bounds = {0, 0, format->inFrameWidth, format->inFrameHeight};
+  const PrPixelFormat pixel_format = format->inPixelFormat;
+  record->creator_suite->CreatePPix(slot, PrPPixBufferAccess_ReadWrite, pixel_format, &bounds);
+
+  const int32_t result = pixel_format == kAnnouncedPixelFormat
+                             ? FetchIntoPlanes(record, ppix2, *slot, index)
+                             : FetchPacked(record, *format, *slot, index);
+  if (result == imNoErr && record->cache_suite != nullptr) {
+    record->cache_suite->AddFrameToCache(record->importer_id, kStream, *slot, index, nullptr, 0);
+  }
+  return result;
+}
+
+}  // namespace
+
+int32_t GetSourceVideo(const imStdParms* std_parms, imSourceVideoRec* request) {
+  const PlugMemoryFuncs* memory = std_parms->piSuites->memFuncs;
+  auto handle = static_cast<PrMemoryHandle>(request->inPrivateData);
+  memory->lockHandle(handle);
+  const PrivateFileRecord* record = RecordOf(handle);
+  if (record->context != nullptr) ContextRegistry::Instance().TouchContext(record->context);
+  const int32_t index = FrameIndexOf(request->inFrameTime, record->header);
+  const int32_t result = DeliverFrame(std_parms, request, record, index);
+  memory->unlockHandle(handle);
+  return result;
+}
+
+int32_t GetPreferredFrameSize(imPreferredFrameSizeRec* request) {
+  if (request->inIndex != 0) return imOtherErr;
+  const PrivateFileRecord* record = RecordOf(request->inPrivateData);
+  request->outWidth = record->header.width;
+  request->outHeight = record->header.height;
+  return imNoErr;
+}

@@ -1,0 +1,6 @@
+#include "importer/media_info_cache.h"
+
+MediaInfoCacheMap& MediaInfoCache() {
+  static MediaInfoCacheMap cache;
+  return cache;
+}

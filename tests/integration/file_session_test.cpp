@@ -1,0 +1,239 @@
+// Files opened, described and closed through the built plug-in file, as the host drives them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+
+#include "host_sim/host_file.h"
+#include "host_sim/host_session.h"
+#include "host_sim/plugin_module.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+using host_sim::HostFile;
+using host_sim::HostReport;
+using host_sim::HostSession;
+using host_sim::PluginModule;
+using ::testing::ElementsAre;
+using ::testing::Field;
+
+template <typename T>
+T ReadAt(const void* bytes, size_t offset) {
+  T value;
+  std::memcpy(&value, static_cast<const char*>(bytes) + offset, sizeof(T));
+  return value;
+}
+
+class FileSessionTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    plugin_ = new PluginModule(host_sim::DefaultPluginPath());
+    ASSERT_TRUE(plugin_->loaded()) << plugin_->error();
+    HostSession starting(*plugin_, kInterfaceVersion);
+    imImportInfoRec capabilities;
+    starting.StartUp(&capabilities);
+  }
+
+  static void TearDownTestSuite() {
+    {
+      HostSession stopping(*plugin_, kInterfaceVersion);
+      stopping.ShutDown();
+    }
+    delete plugin_;
+  }
+
+  void SetUp() override {
+    session_ = std::make_unique<HostSession>(*plugin_, kInterfaceVersion);
+    int32_t last_result = 0;
+    session_->FileTypes(&last_result);
+  }
+
+  std::unique_ptr<HostFile> Clip(const std::string& project) {
+    std::string path = folder_.WriteFile("clip" + std::to_string(++clips_) + ".qvo", project);
+    return std::make_unique<HostFile>(*session_, path, session_->FileTypeFor(path)->file_type);
+  }
+
+  // A clip opened and described, or a failed assertion.
+  std::unique_ptr<HostFile> DescribedClip(const std::string& project) {
+    auto clip = Clip(project);
+    EXPECT_EQ(clip->Open(), imNoErr);
+    EXPECT_EQ(clip->GetInfo(), imNoErr);
+    return clip;
+  }
+
+  // A field of the sample file header at the start of the file's private record.
+  template <typename T>
+  static T HeaderField(const HostFile& clip, size_t offset) {
+    return ReadAt<T>(*static_cast<char**>(clip.private_data()), offset);
+  }
+
+  template <typename T>
+  static T InfoField(const HostFile& clip, size_t offset) {
+    return ReadAt<T>(clip.info().record(), offset);
+  }
+
+  HostReport Report() { return session_->host().Report(); }
+
+  static constexpr int32_t kInterfaceVersion = 23;
+  static PluginModule* plugin_;
+  std::unique_ptr<HostSession> session_;
+  TempFolder folder_;
+  int clips_ = 0;
+};
+
+PluginModule* FileSessionTest::plugin_ = nullptr;
+
+TEST_F(FileSessionTest, AFullSessionLeavesNothingButTheAudioSuiteReleasedTwice) {
+  auto clip = DescribedClip(R"({"width": 64, "height": 32, "frames": 10})");
+  EXPECT_EQ(clip->Quiet(), imNoErr);
+  EXPECT_EQ(reinterpret_cast<intptr_t>(clip->file_ref()), -1);
+  EXPECT_EQ(clip->Close(), imNoErr);
+
+  HostReport report = Report();
+  EXPECT_TRUE(report.handles_never_disposed.empty()) << report.ToString();
+  EXPECT_TRUE(report.memory_faults.empty()) << report.ToString();
+  // Closing releases the audio suite, and so does resetting the file's context.
+  EXPECT_THAT(report.suites_unbalanced,
+              ElementsAre(AllOf(Field(&host_sim::SuiteBalance::name, "Premiere Audio Suite"),
+                                Field(&host_sim::SuiteBalance::acquired, 1),
+                                Field(&host_sim::SuiteBalance::released, 2))));
+}
+
+TEST_F(FileSessionTest, AFailedOpenLeavesItsHandleInTheSlotLocked) {
+  auto clip = Clip(R"({"faults": {"create": true}})");
+  EXPECT_EQ(clip->Open(), malUnknownError);
+  EXPECT_NE(clip->private_data(), nullptr);
+
+  HostReport report = Report();
+  ASSERT_EQ(report.handles_still_locked.size(), 1u) << report.ToString();
+  EXPECT_EQ(report.handles_still_locked[0].lock_count, 1);
+  EXPECT_EQ(report.handles_still_locked[0].size, 1200u);
+  EXPECT_TRUE(report.suites_unbalanced.empty()) << report.ToString();
+}
+
+TEST_F(FileSessionTest, InformationWithoutAContextIsRefusedAndLeavesItsHandleLocked) {
+  auto clip = Clip(R"({"width": 64, "height": 32})");
+  EXPECT_EQ(clip->GetInfo(), imBadFile);
+  HostReport report = Report();
+  ASSERT_EQ(report.handles_still_locked.size(), 1u) << report.ToString();
+  EXPECT_EQ(report.handles_still_locked[0].lock_count, 1);
+}
+
+TEST_F(FileSessionTest, ReportsTheTimeBaseInHundredthsOfAFrame) {
+  auto clip = DescribedClip(R"({"width": 64, "height": 32, "fps": 29.97, "frames": 900})");
+  EXPECT_EQ(InfoField<int32_t>(*clip, 162), 2997);
+  EXPECT_EQ(InfoField<int32_t>(*clip, 166), 100);
+  EXPECT_EQ(InfoField<int32_t>(*clip, 170), 90000);
+  EXPECT_EQ(HeaderField<uint64_t>(*clip, 70), 8475675675u) << "ticks per frame, truncated";
+
+  auto film = DescribedClip(R"({"width": 64, "height": 32, "fps": 23.976})");
+  EXPECT_EQ(InfoField<int32_t>(*film, 162), 2397);
+}
+
+TEST_F(FileSessionTest, DescribesThePictureAsAnEquirectangularSphere) {
+  auto mono = DescribedClip(R"({"width": 64, "height": 32})");
+  auto stereo = DescribedClip(R"({"width": 64, "height": 64, "stereo": true})");
+  for (const HostFile* clip : {mono.get(), stereo.get()}) {
+    EXPECT_EQ(InfoField<char>(*clip, 0), 1);       // has video
+    EXPECT_EQ(InfoField<int16_t>(*clip, 12), 32);  // depth
+    EXPECT_EQ(InfoField<int32_t>(*clip, 14), 0x524C455F);
+    EXPECT_EQ(InfoField<char>(*clip, 22), 1);       // straight alpha at depth 32
+    EXPECT_EQ(InfoField<int32_t>(*clip, 54), 1);    // the host sends source-video requests
+    EXPECT_EQ(InfoField<int32_t>(*clip, 5357), 1);  // equirectangular
+    EXPECT_EQ(InfoField<uint32_t>(*clip, 5365), 360u);
+    EXPECT_EQ(InfoField<uint32_t>(*clip, 5369), 180u);
+    EXPECT_EQ(InfoField<int32_t>(*clip, 194), 4);  // separate sequential audio
+    EXPECT_EQ(InfoField<char>(*clip, 214), 1);     // has a data-rate table
+    EXPECT_TRUE(clip->info().TailUntouched());
+  }
+  EXPECT_EQ(InfoField<int32_t>(*mono, 5361), 0);
+  EXPECT_EQ(InfoField<int32_t>(*stereo, 5361), 1);
+  EXPECT_EQ(InfoField<int32_t>(*stereo, 6), 64);
+}
+
+TEST_F(FileSessionTest, ReportsSoundAsPlanarFloatWithTheHeadersChannelKind) {
+  const struct {
+    int channels;
+    uint32_t kind;
+  } cases[] = {{2, 2}, {3, 1}, {6, 4}, {1, 1}};
+  for (const auto& c : cases) {
+    auto clip = DescribedClip(
+        R"({"width": 64, "height": 32, "audio": {"rate": 44100, "sample_frames": 1000, "channels": )" +
+        std::to_string(c.channels) + "}}");
+    EXPECT_EQ(InfoField<char>(*clip, 1), 1);
+    EXPECT_EQ(InfoField<int32_t>(*clip, 174), c.channels);
+    EXPECT_EQ(InfoField<float>(*clip, 178), 44100.0f);
+    EXPECT_EQ(InfoField<int32_t>(*clip, 182), 6);
+    EXPECT_EQ(InfoField<int64_t>(*clip, 186), 1000);
+    EXPECT_EQ(HeaderField<uint32_t>(*clip, 66), c.kind) << c.channels << " channels";
+  }
+  auto silent = DescribedClip(R"({"width": 64, "height": 32, "audio": null})");
+  EXPECT_EQ(InfoField<char>(*silent, 1), 0);
+  EXPECT_EQ(HeaderField<uint32_t>(*silent, 22), 0u);
+}
+
+TEST_F(FileSessionTest, DataRateEntriesCountNtscFramesInThousandAndFirstParts) {
+  const struct {
+    const char* fps;
+    uint32_t sample_duration;
+  } cases[] = {{"29.97002997002997", 1001},
+               {"59.94005994005994", 1001},
+               {"23.976023976023978", 1001},
+               {"25", 1},
+               {"29.97", 1}};
+  for (const auto& c : cases) {
+    auto clip = DescribedClip(std::string(R"({"width": 64, "height": 32, "frames": 3, "fps": )") +
+                              c.fps + "}");
+    std::vector<imDataSample> samples;
+    int32_t base_rate = -1;
+    EXPECT_EQ(clip->DataRates(&samples, &base_rate), imNoErr);
+    EXPECT_EQ(base_rate, 0);
+    ASSERT_EQ(samples.size(), 3u) << c.fps;
+    for (const imDataSample& sample : samples) {
+      const uint32_t duration = sample.sampledur;
+      const uint32_t size = sample.samplesize;
+      EXPECT_EQ(duration, 0x80000000u | c.sample_duration) << c.fps;
+      EXPECT_EQ(size, 64u * 32u * 4u);
+    }
+  }
+}
+
+TEST_F(FileSessionTest, RegistersOneFileTypeAndOnePixelFormat) {
+  int32_t last_result = 0;
+  std::vector<host_sim::RegisteredFileType> types = session_->FileTypes(&last_result);
+  EXPECT_EQ(last_result, imBadFormatIndex);
+  ASSERT_EQ(types.size(), 1u);
+  EXPECT_EQ(types[0].file_type, 0x0071766F);
+  EXPECT_EQ(types[0].name, "Quorvel Omni Project");
+  EXPECT_EQ(types[0].short_name, "Quorvel Omni Project");
+  EXPECT_THAT(types[0].extensions, ElementsAre("qvo"));
+
+  auto clip = DescribedClip(R"({"width": 64, "height": 32})");
+  EXPECT_THAT(clip->PixelFormats(&last_result), ElementsAre(0x46317659u));
+  EXPECT_EQ(last_result, imBadFormatIndex);
+  std::string text;
+  EXPECT_EQ(clip->CodecText(&text), imNoErr);
+  EXPECT_EQ(text, "RLE Compressed 8-bit RGB");
+}
+
+TEST_F(FileSessionTest, SavesByMoveOrCopyAndNeverOverAnExistingFile) {
+  std::string original = folder_.WriteFile("a.qvo", "{}");
+  std::string copy = folder_.Join("b.qvo");
+  std::string moved = folder_.Join("c.qvo");
+  EXPECT_EQ(session_->Save(original, copy, false), imNoErr);
+  EXPECT_EQ(session_->Save(original, copy, false), imSaveErr);
+  EXPECT_EQ(session_->Save(copy, moved, true), imNoErr);
+  EXPECT_FALSE(std::filesystem::exists(copy));
+  EXPECT_EQ(ReadWholeFile(moved), "{}");
+}
+
+TEST_F(FileSessionTest, AnswersADeletionTheInvertedWay) {
+  std::string doomed = folder_.WriteFile("doomed.qvo", "{}");
+  EXPECT_EQ(session_->Delete(0x0071766F, doomed), imDeleteErr) << "15 when the file was deleted";
+  EXPECT_FALSE(std::filesystem::exists(doomed));
+  EXPECT_EQ(session_->Delete(0x0071766F, doomed), imNoErr) << "0 when it was not";
+}
+
+}  // namespace

@@ -1,0 +1,77 @@
+#include "host_sim/file_inspection.h"
+
+namespace host_sim {
+namespace {
+
+void CopyInformation(const imFileInfoRec8& info, ClipFacts* facts) {
+  facts->has_video = info.hasVideo != 0;
+  facts->width = info.vidInfo.imageWidth;
+  facts->height = info.vidInfo.imageHeight;
+  facts->vid_scale = info.vidScale;
+  facts->vid_sample_size = info.vidSampleSize;
+  facts->vid_duration = info.vidDuration;
+  facts->vid_duration_in_frames = info.vidDurationInFrames;
+  facts->projection = info.ivProjectionType;
+  facts->frame_layout = info.ivFrameLayout;
+  facts->horizontal_view = info.ivHorizontalCapturedView;
+  facts->vertical_view = info.ivVerticalCapturedView;
+  facts->has_audio = info.hasAudio != 0;
+  facts->channels = info.audInfo.numChannels;
+  facts->sample_rate = info.audInfo.sampleRate;
+  facts->sample_frames = info.audDuration;
+  facts->has_data_rate = info.hasDataRate != 0;
+}
+
+std::string Failure(const char* step, int32_t result) {
+  return std::string(step) + " failed with result " + std::to_string(result);
+}
+
+// The questions the host asks once it knows the file.
+void AskAboutOpenFile(HostFile* file, ClipFacts* facts) {
+  file->GetPrefsWithoutRecord();
+  file->GetPrefs();
+  int32_t last_result = 0;
+  facts->pixel_formats = file->PixelFormats(&last_result);
+  facts->codec_result = file->CodecText(&facts->codec_text);
+  if (facts->has_data_rate) {
+    std::vector<imDataSample> samples;
+    int32_t base_rate = 0;
+    facts->data_rate_result = file->DataRates(&samples, &base_rate);
+    facts->data_rate_entries = samples.size();
+  }
+  facts->header_texts_result = file->ReadHeaderTexts(&facts->header_texts);
+}
+
+}  // namespace
+
+bool InspectFile(HostSession& session, const std::string& native_path, ClipFacts* facts,
+                 std::string* error) {
+  facts->file = native_path;
+  const RegisteredFileType* file_type = session.FileTypeFor(native_path);
+  if (file_type == nullptr) {
+    *error = "the plug-in registers no file type with this extension";
+    return false;
+  }
+  facts->file_type = *file_type;
+  HostFile file(session, native_path, file_type->file_type);
+  int32_t result = file.Open();
+  if (result != imNoErr) {
+    if (file.private_data() != nullptr) file.Close();
+    *error = Failure("open", result);
+    return false;
+  }
+  result = file.GetInfo();
+  if (result != imNoErr) {
+    file.Quiet();
+    file.Close();
+    *error = Failure("file information", result);
+    return false;
+  }
+  CopyInformation(*file.info().record(), facts);
+  AskAboutOpenFile(&file, facts);
+  file.Quiet();
+  file.Close();
+  return true;
+}
+
+}  // namespace host_sim
