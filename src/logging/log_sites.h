@@ -36,6 +36,20 @@ constexpr int32_t kReadFrameResult = 2285;
 constexpr int32_t kSecondTryResult = 2293;
 
 // Command link.
+constexpr int32_t kParseJsonStream = 726;
+constexpr int32_t kRequestId = 731;
+constexpr int32_t kRequestType = 737;
+constexpr int32_t kRequestFilePath = 745;
+constexpr int32_t kSizeOfMap = 760;
+constexpr int32_t kInvalidFilePath = 779;
+constexpr int32_t kResponse = 798;
+constexpr int32_t kExpireAllCache = 818;
 constexpr int32_t kCommandThreadStart = 2410;
+constexpr int32_t kHomeDriveMissing = 2432;
+constexpr int32_t kHomePathMissing = 2438;
+constexpr int32_t kReadMessageError = 2471;
+constexpr int32_t kEmptyMessage = 2512;
+constexpr int32_t kInvalidJson = 2523;
+constexpr int32_t kReceivedJson = 2527;
 
 }  // namespace log_site

@@ -5,7 +5,9 @@
 
 namespace platform {
 
-// Uses the C runtime's shared conversion buffer: callers serialise calls.
+// `seconds` since the epoch as local calendar fields. Thread-safe.
+std::tm LocalTimeOf(std::time_t seconds);
+
 std::tm LocalTimeNow();
 
 }  // namespace platform

@@ -143,20 +143,28 @@ TEST_F(SuiteAccessTest, TimeSuiteRemarksOnAnAudioRateThatDoesNotDivideTheTickRat
   EXPECT_LT(time->GetTicksPerAudioSample(0.0f, &ticks), 0);
 }
 
-TEST_F(SuiteAccessTest, FrameSuiteSlotsAnswerFailureAndAreCounted) {
+TEST_F(SuiteAccessTest, UnservedSlotsAnswerFailureAndAreCounted) {
   const auto* ppix = Acquire<PrSDKPPixSuite>(kPrSDKPPixSuite, kPrSDKPPixSuiteVersion);
-  char* pixels = nullptr;
-  EXPECT_LT(ppix->GetPixels(nullptr, PrPPixBufferAccess_ReadWrite, &pixels), 0);
-  EXPECT_LT(ppix->GetPixels(nullptr, PrPPixBufferAccess_ReadWrite, &pixels), 0);
+  size_t key_size = 0;
+  EXPECT_LT(ppix->GetUniqueKeySize(&key_size), 0);
+  EXPECT_LT(ppix->GetUniqueKeySize(&key_size), 0);
   const auto* cache = Acquire<PrSDKPPixCacheSuite>(kPrSDKPPixCacheSuite, 6);
-  EXPECT_LT(cache->ExpireAllPPixesFromCache(), 0);
+  PPixHand frame = nullptr;
+  EXPECT_LT(cache->GetRawPPixFromCache(1, 0, &frame), 0);
+  const auto* audio = Acquire<PrSDKAudioSuite>(kPrSDKAudioSuite, kPrSDKAudioSuiteVersion);
+  using Conversion = prSuiteError (*)(void*, void*, unsigned int, unsigned int);
+  EXPECT_LT(reinterpret_cast<Conversion>(audio->ConvertAndInterleaveTo16BitInteger)(nullptr,
+                                                                                    nullptr, 2, 0),
+            0);
 
   HostReport report = host_.Report();
-  ASSERT_EQ(report.failed_suite_calls.size(), 2u);
-  EXPECT_EQ(report.failed_suite_calls[0].suite, kPrSDKPPixCacheSuite);
-  EXPECT_EQ(report.failed_suite_calls[0].function, "ExpireAllPPixesFromCache");
-  EXPECT_EQ(report.failed_suite_calls[1].function, "GetPixels");
-  EXPECT_EQ(report.failed_suite_calls[1].calls, 2);
+  ASSERT_EQ(report.failed_suite_calls.size(), 3u);
+  EXPECT_EQ(report.failed_suite_calls[0].suite, kPrSDKAudioSuite);
+  EXPECT_EQ(report.failed_suite_calls[0].function, "ConvertAndInterleaveTo16BitInteger");
+  EXPECT_EQ(report.failed_suite_calls[1].suite, kPrSDKPPixCacheSuite);
+  EXPECT_EQ(report.failed_suite_calls[1].function, "GetRawPPixFromCache");
+  EXPECT_EQ(report.failed_suite_calls[2].function, "GetUniqueKeySize");
+  EXPECT_EQ(report.failed_suite_calls[2].calls, 2);
 }
 
 template <typename Suite>

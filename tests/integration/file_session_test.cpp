@@ -2,88 +2,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <memory>
+#include <filesystem>
 
-#include "host_sim/host_file.h"
-#include "host_sim/host_session.h"
-#include "host_sim/plugin_module.h"
-#include "support/temp_folder.h"
+#include "integration/plugin_fixture.h"
 
 namespace {
 
 using host_sim::HostFile;
 using host_sim::HostReport;
-using host_sim::HostSession;
-using host_sim::PluginModule;
 using ::testing::ElementsAre;
 using ::testing::Field;
 
-template <typename T>
-T ReadAt(const void* bytes, size_t offset) {
-  T value;
-  std::memcpy(&value, static_cast<const char*>(bytes) + offset, sizeof(T));
-  return value;
-}
-
-class FileSessionTest : public ::testing::Test {
+class FileSessionTest : public PluginTest {
  protected:
-  static void SetUpTestSuite() {
-    plugin_ = new PluginModule(host_sim::DefaultPluginPath());
-    ASSERT_TRUE(plugin_->loaded()) << plugin_->error();
-    HostSession starting(*plugin_, kInterfaceVersion);
-    imImportInfoRec capabilities;
-    starting.StartUp(&capabilities);
-  }
-
-  static void TearDownTestSuite() {
-    {
-      HostSession stopping(*plugin_, kInterfaceVersion);
-      stopping.ShutDown();
-    }
-    delete plugin_;
-  }
-
-  void SetUp() override {
-    session_ = std::make_unique<HostSession>(*plugin_, kInterfaceVersion);
-    int32_t last_result = 0;
-    session_->FileTypes(&last_result);
-  }
-
-  std::unique_ptr<HostFile> Clip(const std::string& project) {
-    std::string path = folder_.WriteFile("clip" + std::to_string(++clips_) + ".qvo", project);
-    return std::make_unique<HostFile>(*session_, path, session_->FileTypeFor(path)->file_type);
-  }
-
-  // A clip opened and described, or a failed assertion.
-  std::unique_ptr<HostFile> DescribedClip(const std::string& project) {
-    auto clip = Clip(project);
-    EXPECT_EQ(clip->Open(), imNoErr);
-    EXPECT_EQ(clip->GetInfo(), imNoErr);
-    return clip;
-  }
-
-  // A field of the sample file header at the start of the file's private record.
-  template <typename T>
-  static T HeaderField(const HostFile& clip, size_t offset) {
-    return ReadAt<T>(*static_cast<char**>(clip.private_data()), offset);
-  }
-
-  template <typename T>
-  static T InfoField(const HostFile& clip, size_t offset) {
-    return ReadAt<T>(clip.info().record(), offset);
-  }
-
-  HostReport Report() { return session_->host().Report(); }
-
-  static constexpr int32_t kInterfaceVersion = 23;
-  static PluginModule* plugin_;
-  std::unique_ptr<HostSession> session_;
-  TempFolder folder_;
-  int clips_ = 0;
+  HostReport Report() { return host().Report(); }
 };
-
-PluginModule* FileSessionTest::plugin_ = nullptr;
 
 TEST_F(FileSessionTest, AFullSessionLeavesNothingButTheAudioSuiteReleasedTwice) {
   auto clip = DescribedClip(R"({"width": 64, "height": 32, "frames": 10})");
@@ -135,7 +68,7 @@ TEST_F(FileSessionTest, ReportsTheTimeBaseInHundredthsOfAFrame) {
 TEST_F(FileSessionTest, DescribesThePictureAsAnEquirectangularSphere) {
   auto mono = DescribedClip(R"({"width": 64, "height": 32})");
   auto stereo = DescribedClip(R"({"width": 64, "height": 64, "stereo": true})");
-  for (const HostFile* clip : {mono.get(), stereo.get()}) {
+  for (const HostFile* clip : {mono, stereo}) {
     EXPECT_EQ(InfoField<char>(*clip, 0), 1);       // has video
     EXPECT_EQ(InfoField<int16_t>(*clip, 12), 32);  // depth
     EXPECT_EQ(InfoField<int32_t>(*clip, 14), 0x524C455F);

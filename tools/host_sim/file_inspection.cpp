@@ -1,5 +1,9 @@
 #include "host_sim/file_inspection.h"
 
+#include <memory>
+
+#include "host_sim/opened_clip.h"
+
 namespace host_sim {
 namespace {
 
@@ -20,10 +24,6 @@ void CopyInformation(const imFileInfoRec8& info, ClipFacts* facts) {
   facts->sample_rate = info.audInfo.sampleRate;
   facts->sample_frames = info.audDuration;
   facts->has_data_rate = info.hasDataRate != 0;
-}
-
-std::string Failure(const char* step, int32_t result) {
-  return std::string(step) + " failed with result " + std::to_string(result);
 }
 
 // The questions the host asks once it knows the file.
@@ -47,30 +47,12 @@ void AskAboutOpenFile(HostFile* file, ClipFacts* facts) {
 bool InspectFile(HostSession& session, const std::string& native_path, ClipFacts* facts,
                  std::string* error) {
   facts->file = native_path;
-  const RegisteredFileType* file_type = session.FileTypeFor(native_path);
-  if (file_type == nullptr) {
-    *error = "the plug-in registers no file type with this extension";
-    return false;
-  }
-  facts->file_type = *file_type;
-  HostFile file(session, native_path, file_type->file_type);
-  int32_t result = file.Open();
-  if (result != imNoErr) {
-    if (file.private_data() != nullptr) file.Close();
-    *error = Failure("open", result);
-    return false;
-  }
-  result = file.GetInfo();
-  if (result != imNoErr) {
-    file.Quiet();
-    file.Close();
-    *error = Failure("file information", result);
-    return false;
-  }
-  CopyInformation(*file.info().record(), facts);
-  AskAboutOpenFile(&file, facts);
-  file.Quiet();
-  file.Close();
+  std::unique_ptr<HostFile> file = OpenDescribedClip(session, native_path, error);
+  if (file == nullptr) return false;
+  facts->file_type = *session.FileTypeFor(native_path);
+  CopyInformation(*file->info().record(), facts);
+  AskAboutOpenFile(file.get(), facts);
+  QuietAndClose(file.get());
   return true;
 }
 

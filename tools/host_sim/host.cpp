@@ -3,8 +3,10 @@
 #include <atomic>
 #include <stdexcept>
 
-#include "host_sim/failing_suites.h"
+#include "host_sim/audio_suite.h"
+#include "host_sim/frame_cache_suite.h"
 #include "host_sim/host_tables.h"
+#include "host_sim/ppix_suites.h"
 #include "host_sim/time_suite.h"
 
 namespace host_sim {
@@ -16,12 +18,12 @@ constexpr int32_t kPiSuitesVersion = 9;
 std::atomic<Host*> current_host{nullptr};
 
 void OfferHostSuites(SuiteRegistry* suites) {
-  suites->Offer(kPrSDKPPixCreatorSuite, kPrSDKPPixCreatorSuiteVersion, FailingPPixCreatorSuite());
-  suites->Offer(kPrSDKPPixCacheSuite, kPrSDKPPixCacheSuiteVersion, FailingPPixCacheSuite());
-  suites->Offer(kPrSDKPPixSuite, kPrSDKPPixSuiteVersion, FailingPPixSuite());
-  suites->Offer(kPrSDKPPix2Suite, kPrSDKPPix2SuiteVersion, FailingPPix2Suite());
+  suites->Offer(kPrSDKPPixCreatorSuite, kPrSDKPPixCreatorSuiteVersion, PPixCreatorSuite());
+  suites->Offer(kPrSDKPPixCacheSuite, kPrSDKPPixCacheSuiteVersion, FrameCacheSuite());
+  suites->Offer(kPrSDKPPixSuite, kPrSDKPPixSuiteVersion, PPixSuite());
+  suites->Offer(kPrSDKPPix2Suite, kPrSDKPPix2SuiteVersion, PPix2Suite());
   suites->Offer(kPrSDKTimeSuite, kPrSDKTimeSuiteVersion, TimeSuite());
-  suites->Offer(kPrSDKAudioSuite, kPrSDKAudioSuiteVersion, FailingAudioSuite());
+  suites->Offer(kPrSDKAudioSuite, kPrSDKAudioSuiteVersion, AudioSuite());
 }
 
 }  // namespace
@@ -46,6 +48,7 @@ HostReport Host::Report() const {
   HostReport report;
   memory_.AddToReport(&report);
   suites_.AddToReport(&report);
+  frames_.AddToReport(&report);
   return report;
 }
 

@@ -1,5 +1,6 @@
-// The host's side of the importer interface in one object: the allocator and the suite account
-// behind the host's function tables, and the standard parameters that lead the plug-in to them.
+// The host's side of the importer interface in one object: the allocator, the suite account, the
+// frames and the frame cache behind the host's function tables, and the standard parameters that
+// lead the plug-in to them.
 //
 // The host's C tables carry no context pointer, so their functions reach the host through one
 // process-wide current-host pointer: constructing a Host makes it current, destroying it clears
@@ -11,6 +12,8 @@
 #include <cstdint>
 
 #include "host_sdk/premiere_importer.h"
+#include "host_sim/frame_cache.h"
+#include "host_sim/host_frames.h"
 #include "host_sim/host_memory.h"
 #include "host_sim/host_report.h"
 #include "host_sim/suite_registry.h"
@@ -35,6 +38,8 @@ class Host {
 
   HostMemory& memory() { return memory_; }
   SuiteRegistry& suites() { return suites_; }
+  HostFrames& frames() { return frames_; }
+  FrameCache& frame_cache() { return frame_cache_; }
 
   // What the plug-in has left behind or done wrong so far.
   HostReport Report() const;
@@ -42,6 +47,8 @@ class Host {
  private:
   HostMemory memory_;
   SuiteRegistry suites_;
+  HostFrames frames_;
+  FrameCache frame_cache_{frames_};  // after frames_, which it holds references into
   imCallbackFuncs callback_functions_{};
   piSuites pi_suites_{};
   imStdParms std_parms_{};

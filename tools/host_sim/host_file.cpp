@@ -38,6 +38,8 @@ imFileAccessRec8 HostFile::AccessRecord() {
 
 void* HostFile::PrefsOrNull() { return prefs_.empty() ? nullptr : prefs_.data(); }
 
+int32_t HostFile::PrefsSize() const { return static_cast<int32_t>(prefs_.size()); }
+
 int32_t HostFile::Open() {
   imFileOpenRec8 record = MakeOpenRecord(AccessRecord(), private_data_, importer_id_);
   void* param1 = nullptr;

@@ -26,7 +26,7 @@ void DescribeBlock(const char* kind, const LeftoverBlock& block, std::ostringstr
 bool HostReport::clean() const {
   return handles_still_locked.empty() && handles_never_disposed.empty() &&
          pointers_never_disposed.empty() && suites_unbalanced.empty() && suites_refused.empty() &&
-         failed_suite_calls.empty() && memory_faults.empty();
+         failed_suite_calls.empty() && memory_faults.empty() && frame_faults.empty();
 }
 
 std::string HostReport::ToString() const {
@@ -73,6 +73,9 @@ std::string HostReport::ToString() const {
       &out);
   AppendSection(
       "memory faults", memory_faults,
+      [](const std::string& fault, std::ostringstream* text) { *text << fault; }, &out);
+  AppendSection(
+      "frame faults", frame_faults,
       [](const std::string& fault, std::ostringstream* text) { *text << fault; }, &out);
   return out.str();
 }

@@ -1,6 +1,7 @@
 // What the host saw the plug-in leave behind or do wrong, as plain data: handles still locked or
-// never disposed, suites not released as often as acquired, and calls into suites that answer
-// only failure so far.
+// never disposed, suites not released as often as acquired, calls into suite functions the host
+// does not serve, and misused frames. Live frames are not listed: a frame the plug-in makes is
+// handed over in the host's frame slot or to the cache, which own it from then on.
 #pragma once
 
 #include <cstdint>
@@ -45,6 +46,8 @@ struct HostReport {
   std::vector<FailedSuiteCall> failed_suite_calls;
   // Misuse of the memory functions: unlocking an unlocked handle, touching an unknown one, ...
   std::vector<std::string> memory_faults;
+  // Misuse of the frame suites: a frame that is not live, planes asked of a packed frame, ...
+  std::vector<std::string> frame_faults;
 
   // True when every list is empty.
   bool clean() const;

@@ -1,65 +1,18 @@
-// qvo-host: a Premiere-like host on the command line. It loads the plug-in file as the host does
-// and shows what the host learns from it.
+// qvo-host: a Premiere-like host on the command line. It loads the plug-in file as the host does,
+// shows what the host learns from it, and writes out the frames and sound it delivers.
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "host_sim/audio_command.h"
+#include "host_sim/command_line.h"
 #include "host_sim/file_inspection.h"
+#include "host_sim/frames_command.h"
 #include "host_sim/host_session.h"
 #include "host_sim/info_report.h"
 #include "host_sim/plugin_module.h"
 
 namespace {
-
-struct Options {
-  std::string command;
-  std::vector<std::string> files;
-  bool json = false;
-  std::string plugin_path = host_sim::DefaultPluginPath();
-  int32_t interface_version = host_sim::kNewestInterfaceVersion;
-};
-
-void PrintUsage() {
-  std::fprintf(stderr,
-               "usage: qvo-host start-up [--plugin FILE] [--interface-version N]\n"
-               "       qvo-host info FILE... [--json] [--plugin FILE] [--interface-version N]\n"
-               "  start-up  loads the plug-in, starts it, prints its capabilities and the file\n"
-               "            types it registers, and shuts it down\n"
-               "  info      opens each project file as the host does and prints what the host\n"
-               "            learns: picture, frame rate, duration, spherical layout, sound\n");
-}
-
-bool ParseInteger(const char* text, int32_t* value) {
-  char* end = nullptr;
-  long parsed = std::strtol(text, &end, 10);
-  if (end == text || *end != '\0') return false;
-  *value = static_cast<int32_t>(parsed);
-  return true;
-}
-
-bool ParseOptions(int argc, char** argv, Options* options) {
-  if (argc < 2) return false;
-  options->command = argv[1];
-  bool info = options->command == "info";
-  if (!info && options->command != "start-up") return false;
-  for (int i = 2; i < argc; ++i) {
-    std::string argument = argv[i];
-    bool has_value = i + 1 < argc;
-    if (argument == "--plugin" && has_value) {
-      options->plugin_path = argv[++i];
-    } else if (argument == "--interface-version" && has_value) {
-      if (!ParseInteger(argv[++i], &options->interface_version)) return false;
-    } else if (argument == "--json" && info) {
-      options->json = true;
-    } else if (info && argument.rfind("--", 0) != 0) {
-      options->files.push_back(argument);
-    } else {
-      return false;
-    }
-  }
-  return !info || !options->files.empty();
-}
 
 std::string JoinExtensions(const std::vector<std::string>& extensions) {
   std::string joined;
@@ -106,9 +59,9 @@ void PrintLeftovers(const host_sim::HostReport& report) {
   std::fprintf(stderr, "qvo-host: the plug-in left this behind:\n%s", report.ToString().c_str());
 }
 
-void RunStartUp(const Options& options, host_sim::HostSession* session) {
+void RunStartUp(const host_sim::CommandLine& line, host_sim::HostSession* session) {
   imImportInfoRec capabilities;
-  std::printf("Start-up (interface version %d): result %d\n", options.interface_version,
+  std::printf("Start-up (interface version %d): result %d\n", line.interface_version,
               session->StartUp(&capabilities));
   PrintCapabilities(capabilities);
   int32_t last_result = 0;
@@ -117,8 +70,8 @@ void RunStartUp(const Options& options, host_sim::HostSession* session) {
   std::printf("Shut-down: result %d\n", session->ShutDown());
 }
 
-// Returns true when every file was opened and described.
-bool RunInfo(const Options& options, host_sim::HostSession* session) {
+// Start-up and the file-type questions, which come before the host touches any file.
+bool StartHost(host_sim::HostSession* session) {
   imImportInfoRec capabilities;
   int32_t result = session->StartUp(&capabilities);
   if (result != imNoErr) {
@@ -127,9 +80,14 @@ bool RunInfo(const Options& options, host_sim::HostSession* session) {
   }
   int32_t last_result = 0;
   session->FileTypes(&last_result);
+  return true;
+}
+
+// Returns true when every file was opened and described.
+bool RunInfo(const host_sim::CommandLine& line, host_sim::HostSession* session) {
   bool all_read = true;
   std::vector<host_sim::ClipFacts> clips;
-  for (const std::string& file : options.files) {
+  for (const std::string& file : line.files) {
     host_sim::ClipFacts facts;
     std::string error;
     if (!host_sim::InspectFile(*session, file, &facts, &error)) {
@@ -137,43 +95,67 @@ bool RunInfo(const Options& options, host_sim::HostSession* session) {
       all_read = false;
       continue;
     }
-    if (!options.json) std::printf("%s\n", host_sim::DescribeAsTable(facts).c_str());
+    if (!line.json) std::printf("%s\n", host_sim::DescribeAsTable(facts).c_str());
     clips.push_back(facts);
   }
-  session->ShutDown();
-  if (options.json) std::printf("%s", host_sim::DescribeAsJson(clips).c_str());
+  if (line.json) std::printf("%s", host_sim::DescribeAsJson(clips).c_str());
   return all_read;
 }
 
-int Run(const Options& options) {
-  host_sim::PluginModule plugin(options.plugin_path);
+bool RunFrames(const host_sim::CommandLine& line, host_sim::HostSession* session) {
+  host_sim::FramesExport request;
+  request.file = line.files[0];
+  request.first_frame = line.first_frame;
+  request.end_frame = line.end_frame;
+  request.pixel_format = line.pixel_format;
+  request.folder = line.out;
+  return host_sim::ExportFrames(*session, request);
+}
+
+// Every command but start-up: the host started, the command's work, the plug-in shut down.
+bool RunOnStartedHost(const host_sim::CommandLine& line, host_sim::HostSession* session) {
+  if (!StartHost(session)) return false;
+  bool succeeded = false;
+  if (line.command == "info") {
+    succeeded = RunInfo(line, session);
+  } else if (line.command == "frames") {
+    succeeded = RunFrames(line, session);
+  } else {
+    succeeded = host_sim::ExportAudio(*session, line.files[0], line.out);
+  }
+  session->ShutDown();
+  return succeeded;
+}
+
+int Run(const host_sim::CommandLine& line) {
+  host_sim::PluginModule plugin(line.plugin_path);
   if (!plugin.loaded()) {
     std::fprintf(stderr, "qvo-host: %s\n", plugin.error().c_str());
     return 1;
   }
   bool succeeded = true;
   {
-    host_sim::HostSession session(plugin, options.interface_version);
-    if (options.command == "start-up") {
-      std::printf("Loaded %s\n", options.plugin_path.c_str());
-      RunStartUp(options, &session);
+    host_sim::HostSession session(plugin, line.interface_version);
+    if (line.command == "start-up") {
+      std::printf("Loaded %s\n", line.plugin_path.c_str());
+      RunStartUp(line, &session);
     } else {
-      succeeded = RunInfo(options, &session);
+      succeeded = RunOnStartedHost(line, &session);
     }
     PrintLeftovers(session.host().Report());
   }
   bool unloaded = plugin.Unload();
-  if (options.command == "start-up") std::printf("Unloaded: %s\n", unloaded ? "yes" : "no");
+  if (line.command == "start-up") std::printf("Unloaded: %s\n", unloaded ? "yes" : "no");
   return succeeded ? 0 : 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  Options options;
-  if (!ParseOptions(argc, argv, &options)) {
-    PrintUsage();
+  host_sim::CommandLine line;
+  if (!host_sim::ParseCommandLine(argc, argv, &line)) {
+    host_sim::PrintUsage();
     return 2;
   }
-  return Run(options);
+  return Run(line);
 }

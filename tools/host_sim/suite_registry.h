@@ -1,6 +1,6 @@
 // The host's suite access behind SPBasicSuite: suite tables offered by name and version, and the
 // account of every AcquireSuite and ReleaseSuite call, of requests for suites the host does not
-// offer, and of calls into suite functions that can only answer failure so far. Thread-safe.
+// offer, and of calls into suite functions the host does not serve. Thread-safe.
 #pragma once
 
 #include <cstdint>
@@ -33,7 +33,7 @@ class SuiteRegistry {
   // Counts the release; false when nothing is offered under `name` and `version`.
   bool Release(const char* name, int32_t version);
 
-  // Called by a suite function that can only answer failure.
+  // Called by a suite function the host does not serve.
   void RecordFailedCall(const char* suite, const char* function);
 
   // Acquire and release counts of every suite acquired or released at least once.

@@ -2,9 +2,12 @@
 
 namespace platform {
 
-std::tm LocalTimeNow() {
-  std::time_t now = std::time(nullptr);
-  return *std::localtime(&now);
+std::tm LocalTimeOf(std::time_t seconds) {
+  std::tm fields{};
+  localtime_r(&seconds, &fields);
+  return fields;
 }
+
+std::tm LocalTimeNow() { return LocalTimeOf(std::time(nullptr)); }
 
 }  // namespace platform

@@ -1,0 +1,522 @@
+#include "command_link/tcp_client.h"
+
+#include <gtest/gtest.h>
+
+#include <asio.hpp>
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "command_link/tcp_io_service.h"
+#include "platform/sockets.h"
+
+namespace {
+
+using asio::ip::tcp;
+using command_link::IoWorkerRunning;
+using command_link::TcpClient;
+using command_link::TcpError;
+using Clock = std::chrono::steady_clock;
+
+// How long a test waits for something that should happen at once, before it fails instead of
+// hanging.
+constexpr std::chrono::seconds kPatience{5};
+
+const char kLoopback[] = "127.0.0.1";
+
+tcp::endpoint AnyLoopbackPort() { return {asio::ip::address_v4::loopback(), 0}; }
+
+// Held by every test for its own server's sockets: a test that ran before may have stopped the
+// sockets layer for the whole process, as the plug-in's shut-down does even after a failed start.
+class SocketsLayer {
+ public:
+  SocketsLayer() : started_(platform::StartSockets()) {}
+  ~SocketsLayer() {
+    if (started_) platform::StopSockets();
+  }
+  SocketsLayer(const SocketsLayer&) = delete;
+  SocketsLayer& operator=(const SocketsLayer&) = delete;
+
+ private:
+  const bool started_;
+};
+
+// Runs `io` until `done` is set or patience runs out; true when done.
+bool RunUntil(asio::io_context& io, const bool& done, Clock::duration patience = kPatience) {
+  io.restart();
+  const Clock::time_point deadline = Clock::now() + patience;
+  while (!done && io.run_one_until(deadline) > 0) {
+  }
+  return done;
+}
+
+// The command server's side of one connection, run by the test thread itself, with every wait
+// bounded so that a faulty client fails the test instead of hanging it.
+class LoopbackServer {
+ public:
+  LoopbackServer() : acceptor_(io_, AnyLoopbackPort()) {}
+
+  uint32_t port() const { return acceptor_.local_endpoint().port(); }
+
+  // Takes the next connection that a client has made, closing the one taken before.
+  bool Accept() {
+    peer_.close();
+    bool done = false;
+    std::error_code error;
+    acceptor_.async_accept(peer_, [&](const std::error_code& result) {
+      error = result;
+      done = true;
+    });
+    return RunUntil(io_, done) && !error;
+  }
+
+  void Send(const std::string& bytes) { asio::write(peer_, asio::buffer(bytes)); }
+
+  // Exactly `size` bytes from the client, or what came before it closed or patience ran out.
+  std::string Receive(size_t size) {
+    std::string bytes(size, '\0');
+    bool done = false;
+    size_t received = 0;
+    asio::async_read(peer_, asio::buffer(bytes), [&](const std::error_code&, size_t count) {
+      received = count;
+      done = true;
+    });
+    RunUntil(io_, done);
+    bytes.resize(received);
+    return bytes;
+  }
+
+  // True when the client has closed its end and sent nothing more.
+  bool SeesClientClose() {
+    char byte = 0;
+    bool done = false;
+    std::error_code error;
+    peer_.async_read_some(asio::buffer(&byte, 1), [&](const std::error_code& result, size_t) {
+      error = result;
+      done = true;
+    });
+    return RunUntil(io_, done) && error == asio::error::eof;
+  }
+
+  void ClosePeer() { peer_.close(); }
+
+ private:
+  asio::io_context io_;
+  tcp::acceptor acceptor_;
+  tcp::socket peer_{io_};
+};
+
+// A listening socket whose accept queue is full, and that nobody accepts on. The system drops
+// further connection attempts without answering them (Linux, and Wine on top of it), so a
+// connect to it neither succeeds nor is refused: only its time-out ends it. The queue is filled
+// by connecting until one attempt stays unanswered; how many it holds is the system's business.
+class FullListener {
+ public:
+  FullListener() : acceptor_(io_) {
+    acceptor_.open(tcp::v4());
+    acceptor_.bind(AnyLoopbackPort());
+    acceptor_.listen(0);
+    FillQueue();
+  }
+
+  uint32_t port() const { return acceptor_.local_endpoint().port(); }
+
+  // False when filling failed: every attempt was answered.
+  bool full() const { return !last_attempt_answered_; }
+
+  // True while the attempt that found the queue full is still unanswered.
+  bool StillFull() {
+    io_.restart();
+    io_.poll();
+    return !last_attempt_answered_;
+  }
+
+ private:
+  void FillQueue() {
+    constexpr int kMostAttempts = 8;
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+      fillers_.push_back(std::make_unique<tcp::socket>(io_));
+      last_attempt_answered_ = false;
+      fillers_.back()->async_connect(acceptor_.local_endpoint(), [this](const std::error_code&) {
+        last_attempt_answered_ = true;
+      });
+      if (!RunUntil(io_, last_attempt_answered_, std::chrono::milliseconds(250))) return;
+    }
+  }
+
+  asio::io_context io_;
+  tcp::acceptor acceptor_;
+  std::vector<std::unique_ptr<tcp::socket>> fillers_;
+  bool last_attempt_answered_ = false;
+};
+
+struct Received {
+  bool success;
+  std::string bytes;
+  size_t capacity;
+  std::thread::id thread;
+};
+
+// Records read results as the I/O thread delivers them. Outlives the clients whose callbacks
+// point at it.
+class ReadLog {
+ public:
+  TcpClient::ReadRequest Request(uint32_t size) {
+    return {size, [this](TcpClient::ReadResult& result) { Add(result); }};
+  }
+
+  // False when fewer than `count` reads were answered within patience.
+  bool WaitFor(size_t count) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    return answered_.wait_for(lock, kPatience, [&] { return received_.size() >= count; });
+  }
+
+  std::vector<Received> received() const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return received_;
+  }
+
+  std::vector<std::string> texts() const {
+    std::vector<std::string> texts;
+    for (const Received& read : received()) texts.push_back(read.success ? read.bytes : "FAILED");
+    return texts;
+  }
+
+  void Add(const TcpClient::ReadResult& result) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    received_.push_back({result.success, std::string(result.buffer.begin(), result.buffer.end()),
+                         result.buffer.capacity(), std::this_thread::get_id()});
+    answered_.notify_all();
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::condition_variable answered_;
+  std::vector<Received> received_;  // guarded by mutex_
+};
+
+// True once `condition` holds, checked every millisecond until patience runs out; for what the
+// client does not report, such as a detached worker finishing.
+template <typename Condition>
+bool Eventually(Condition condition) {
+  const Clock::time_point deadline = Clock::now() + kPatience;
+  while (!condition()) {
+    if (Clock::now() > deadline) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return true;
+}
+
+class TcpClientTest : public ::testing::Test {
+ protected:
+  // Connects the client and takes the connection on the server's side.
+  void Connect() {
+    client_->connect(kLoopback, server_.port(), 2000);
+    ASSERT_TRUE(client_->is_connected());
+    ASSERT_TRUE(server_.Accept());
+  }
+
+  void Read(uint32_t size) { client_->async_read(log_.Request(size)); }
+
+  SocketsLayer sockets_layer_;
+  LoopbackServer server_;
+  ReadLog log_;
+  std::unique_ptr<TcpClient> client_ = std::make_unique<TcpClient>();
+};
+
+TEST_F(TcpClientTest, ConnectsToALoopbackServer) {
+  Connect();
+  EXPECT_TRUE(client_->is_connected());
+}
+
+TEST_F(TcpClientTest, ThrowsWhenTheConnectionIsRefused) {
+  // A port that is bound but not listening: the system refuses at once.
+  asio::io_context io;
+  tcp::acceptor bound_only(io);
+  bound_only.open(tcp::v4());
+  bound_only.bind(AnyLoopbackPort());
+  try {
+    client_->connect(kLoopback, bound_only.local_endpoint().port(), 2000);
+    ADD_FAILURE() << "connected to a port that nobody listens on";
+  } catch (const TcpError& error) {
+    EXPECT_EQ(std::string(error.what()).find("timed out"), std::string::npos) << error.what();
+  }
+  EXPECT_FALSE(client_->is_connected());
+}
+
+TEST_F(TcpClientTest, ThrowsWhenTheServerDoesNotAnswerWithinTheTimeOut) {
+  FullListener listener;
+  ASSERT_TRUE(listener.full());
+  const auto timeout = std::chrono::milliseconds(100);
+  const Clock::time_point start = Clock::now();
+  try {
+    client_->connect(kLoopback, listener.port(), static_cast<uint32_t>(timeout.count()));
+    ADD_FAILURE() << "connected to a server that never answers";
+  } catch (const TcpError& error) {
+    EXPECT_NE(std::string(error.what()).find("timed out"), std::string::npos) << error.what();
+  }
+  EXPECT_GE(Clock::now() - start, timeout);
+  EXPECT_FALSE(client_->is_connected());
+  EXPECT_TRUE(listener.StillFull());
+}
+
+TEST_F(TcpClientTest, RefusesToConnectWhileConnected) {
+  Connect();
+  EXPECT_THROW(client_->connect(kLoopback, server_.port(), 2000), TcpError);
+  EXPECT_TRUE(client_->is_connected());
+}
+
+TEST_F(TcpClientTest, RejectsReadsAndWritesWhileNotConnected) {
+  EXPECT_THROW(Read(16), TcpError);
+  EXPECT_THROW(client_->async_write({{'x'}, nullptr}), TcpError);
+}
+
+TEST_F(TcpClientTest, ServesQueuedReadsInOrderOneReceiveEach) {
+  Connect();
+  Read(64);
+  Read(64);
+  Read(64);
+  server_.Send("one");
+  ASSERT_TRUE(log_.WaitFor(1));
+  server_.Send("two");
+  ASSERT_TRUE(log_.WaitFor(2));
+  server_.Send("three");
+  ASSERT_TRUE(log_.WaitFor(3));
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"one", "two", "three"}));
+}
+
+TEST_F(TcpClientTest, HandsOverAtMostTheRequestedSizePerReceive) {
+  Connect();
+  Read(4);
+  Read(64);
+  server_.Send("0123456789");
+  ASSERT_TRUE(log_.WaitFor(2));
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"0123", "456789"}));
+}
+
+TEST_F(TcpClientTest, HandsOverOnlyTheBytesThatArrivedInABufferOfTheirSize) {
+  Connect();
+  Read(0xA00000);
+  server_.Send("abc");
+  ASSERT_TRUE(log_.WaitFor(1));
+  const Received read = log_.received()[0];
+  EXPECT_EQ(read.bytes, "abc");
+  EXPECT_LT(read.capacity, 4096u);
+}
+
+TEST_F(TcpClientTest, RejectsAReadOfNothing) {
+  Connect();
+  EXPECT_THROW(Read(0), TcpError);
+  EXPECT_TRUE(client_->is_connected());
+}
+
+TEST_F(TcpClientTest, PeerCloseFailsThePendingReadsAndDropsTheConnection) {
+  Connect();
+  Read(64);
+  Read(64);
+  Read(64);
+  server_.ClosePeer();
+  ASSERT_TRUE(log_.WaitFor(3));
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "FAILED", "FAILED"}));
+  EXPECT_FALSE(client_->is_connected());
+  EXPECT_THROW(Read(64), TcpError);
+}
+
+TEST_F(TcpClientTest, DeliversWhatArrivedBeforeThePeerClosedMidMessage) {
+  Connect();
+  Read(64);
+  Read(64);
+  server_.Send(R"({"requestId":"17","ty)");
+  server_.ClosePeer();
+  ASSERT_TRUE(log_.WaitFor(2));
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({R"({"requestId":"17","ty)", "FAILED"}));
+  EXPECT_FALSE(client_->is_connected());
+}
+
+TEST_F(TcpClientTest, ConnectsAgainAfterTheServerDroppedTheConnection) {
+  Connect();
+  Read(64);
+  server_.ClosePeer();
+  ASSERT_TRUE(log_.WaitFor(1));
+  Connect();
+  Read(64);
+  server_.Send("again");
+  ASSERT_TRUE(log_.WaitFor(2));
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "again"}));
+}
+
+TEST_F(TcpClientTest, WritesArriveWholeAndInOrder) {
+  Connect();
+  std::mutex mutex;
+  std::vector<std::pair<size_t, TcpClient::WriteResult>> answers;  // guarded by mutex
+  std::vector<size_t> sizes;
+  std::string expected;
+  for (size_t index = 0; index < 40; ++index) {
+    // Every tenth message is large enough to need several sends.
+    const size_t length = index % 10 == 0 ? 300000 : 7;
+    const std::string text = std::to_string(index) + std::string(length, 'a' + index % 26) + ";";
+    expected += text;
+    sizes.push_back(text.size());
+    client_->async_write({std::vector<char>(text.begin(), text.end()),
+                          [&mutex, &answers, index](TcpClient::WriteResult& result) {
+                            std::lock_guard<std::mutex> lock(mutex);
+                            answers.push_back({index, result});
+                          }});
+  }
+  EXPECT_EQ(server_.Receive(expected.size()), expected);
+  client_->disconnect(true);
+  ASSERT_EQ(answers.size(), sizes.size());
+  for (size_t index = 0; index < sizes.size(); ++index) {
+    EXPECT_EQ(answers[index].first, index);
+    EXPECT_TRUE(answers[index].second.success);
+    EXPECT_EQ(answers[index].second.size, sizes[index]);
+  }
+}
+
+TEST_F(TcpClientTest, AnswersFromAReadCallbackGoOutOnTheSameConnection) {
+  Connect();
+  TcpClient& client = *client_;
+  client.async_read(
+      {64, [&client](TcpClient::ReadResult& result) {
+         std::string answer = "re:" + std::string(result.buffer.begin(), result.buffer.end());
+         client.async_write({std::vector<char>(answer.begin(), answer.end()), nullptr});
+       }});
+  server_.Send("ping");
+  EXPECT_EQ(server_.Receive(7), "re:ping");
+}
+
+TEST_F(TcpClientTest, CallbacksRunOnOneWorkerThreadThatIsNotTheCaller) {
+  Connect();
+  std::mutex mutex;
+  std::thread::id write_thread;  // guarded by mutex
+  client_->async_write({{'h', 'i'}, [&](TcpClient::WriteResult&) {
+                          std::lock_guard<std::mutex> lock(mutex);
+                          write_thread = std::this_thread::get_id();
+                        }});
+  EXPECT_EQ(server_.Receive(2), "hi");
+  Read(64);
+  server_.Send("one");
+  ASSERT_TRUE(log_.WaitFor(1));
+  Read(64);
+  server_.Send("two");
+  ASSERT_TRUE(log_.WaitFor(2));
+  client_->disconnect(true);
+  const std::vector<Received> reads = log_.received();
+  EXPECT_NE(reads[0].thread, std::this_thread::get_id());
+  EXPECT_EQ(reads[1].thread, reads[0].thread);
+  EXPECT_EQ(write_thread, reads[0].thread);
+}
+
+TEST_F(TcpClientTest, DisconnectAnswersPendingReadsWithFailureAndClosesTheSocket) {
+  Connect();
+  Read(64);
+  Read(64);
+  Read(64);
+  client_->disconnect(true);
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "FAILED", "FAILED"}));
+  EXPECT_FALSE(client_->is_connected());
+  EXPECT_TRUE(server_.SeesClientClose());
+  EXPECT_THROW(Read(64), TcpError);
+}
+
+TEST_F(TcpClientTest, DisconnectIsHarmlessWhenRepeatedOrNeverConnected) {
+  client_->disconnect(true);
+  Connect();
+  client_->disconnect(false);
+  client_->disconnect(true);
+  EXPECT_FALSE(client_->is_connected());
+  EXPECT_TRUE(server_.SeesClientClose());
+}
+
+TEST_F(TcpClientTest, DestroyingRightAfterDisconnectLeavesQueuedCallbacksSafe) {
+  // Keeps the worker running, so that the callbacks run after their client is gone.
+  const TcpClient another_client;
+  Connect();
+  Read(64);
+  Read(64);
+  Read(64);
+  client_->disconnect(false);
+  client_.reset();
+  ASSERT_TRUE(log_.WaitFor(3));
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "FAILED", "FAILED"}));
+  EXPECT_TRUE(server_.SeesClientClose());
+}
+
+TEST_F(TcpClientTest, DisconnectFromACallbackDoesNotWaitForItself) {
+  Connect();
+  TcpClient& client = *client_;
+  client.async_read({64, [this, &client](TcpClient::ReadResult& result) {
+                       log_.Add(result);
+                       client.disconnect(true);
+                     }});
+  Read(64);
+  server_.Send("last words");
+  ASSERT_TRUE(log_.WaitFor(2));
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"last words", "FAILED"}));
+  EXPECT_FALSE(client_->is_connected());
+}
+
+class TcpIoWorkerTest : public ::testing::Test {
+ protected:
+  SocketsLayer sockets_layer_;
+};
+
+TEST_F(TcpIoWorkerTest, RunsWhileAnyClientExistsAndEndsWithTheLast) {
+  ASSERT_FALSE(IoWorkerRunning());
+  auto first = std::make_unique<TcpClient>();
+  EXPECT_TRUE(IoWorkerRunning());
+  auto second = std::make_unique<TcpClient>();
+  first.reset();
+  EXPECT_TRUE(IoWorkerRunning());
+  second.reset();
+  EXPECT_FALSE(IoWorkerRunning());
+}
+
+TEST_F(TcpIoWorkerTest, EndsWhenTheLastClientIsDestroyedWhileConnected) {
+  LoopbackServer server;
+  ReadLog log;
+  auto client = std::make_unique<TcpClient>();
+  client->connect(kLoopback, server.port(), 2000);
+  ASSERT_TRUE(server.Accept());
+  client->async_read(log.Request(64));
+  client.reset();
+  EXPECT_FALSE(IoWorkerRunning());
+  EXPECT_EQ(log.texts(), std::vector<std::string>({"FAILED"}));
+}
+
+TEST_F(TcpIoWorkerTest, ALaterClientStartsAFreshWorker) {
+  std::make_unique<TcpClient>().reset();
+  ASSERT_FALSE(IoWorkerRunning());
+  LoopbackServer server;
+  ReadLog log;
+  TcpClient client;
+  EXPECT_TRUE(IoWorkerRunning());
+  client.connect(kLoopback, server.port(), 2000);
+  ASSERT_TRUE(server.Accept());
+  client.async_read(log.Request(64));
+  server.Send("fresh");
+  ASSERT_TRUE(log.WaitFor(1));
+  EXPECT_EQ(log.texts(), std::vector<std::string>({"fresh"}));
+}
+
+TEST_F(TcpIoWorkerTest, EndsWhenACallbackDestroysTheLastClient) {
+  LoopbackServer server;
+  ReadLog log;
+  auto client = std::make_unique<TcpClient>();
+  client->connect(kLoopback, server.port(), 2000);
+  ASSERT_TRUE(server.Accept());
+  client->async_read({64, [&log, &client](TcpClient::ReadResult& result) {
+                        client.reset();
+                        log.Add(result);
+                      }});
+  server.Send("bye");
+  ASSERT_TRUE(log.WaitFor(1));
+  EXPECT_TRUE(Eventually([] { return !IoWorkerRunning(); }));
+  EXPECT_EQ(log.texts(), std::vector<std::string>({"bye"}));
+}
+
+}  // namespace

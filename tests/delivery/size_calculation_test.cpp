@@ -1,0 +1,65 @@
+#include "delivery/size_calculation.h"
+
+#include <gtest/gtest.h>
+
+#include "delivery/sample_file_writer.h"
+#include "platform/file_handles.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+class SizeCalculationTest : public ::testing::Test {
+ protected:
+  // Selector imCalcSize8 for the clip, with `file` passed beside the request.
+  int32_t Calculate(int32_t duration, int32_t scale, int32_t sample_size, imFileRef file,
+                    int64_t* size) {
+    char* block = reinterpret_cast<char*>(&record_);
+    imCalcSizeRec request{};
+    request.privatedata = &block;
+    request.duration = duration;
+    request.scale = scale;
+    request.sampleSize = sample_size;
+    imFileAccessRec8 access{};
+    access.fileref = file;
+    int32_t result = CalculateSize(&request, &access);
+    *size = request.sizeInBytes;
+    return result;
+  }
+
+  PrivateFileRecord record_ = RecordFor(SampleClip{});
+};
+
+TEST_F(SizeCalculationTest, CountsHeaderFramesWithSeparatorsAndAudio) {
+  int64_t size = 0;
+  ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
+  // Frames: (4 x 2 x 4 + 4) x 10 / 2; audio: 10 Hz x 10 / 5 samples x 2 channels x 4 bytes.
+  EXPECT_EQ(size, 602 + 36 * 10 / 2 + 20 * 2 * 4);
+}
+
+TEST_F(SizeCalculationTest, CountsTheDurationAsSamplesWithoutVideo) {
+  record_.header.has_video = 0;
+  int64_t size = 0;
+  ASSERT_EQ(Calculate(7, 2, 5, nullptr, &size), imNoErr);
+  EXPECT_EQ(size, 602 + 7 * 2 * 4);
+}
+
+TEST_F(SizeCalculationTest, GivesNegativeAudioBytesForFourOrMoreChannels) {
+  record_.header.channel_type = 4;
+  int64_t size = 0;
+  ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
+  EXPECT_EQ(size, 602 + 180 - 20 * 4);
+}
+
+TEST_F(SizeCalculationTest, WithoutADurationGivesTheOpenFilesSizeOr4) {
+  TempFolder folder;
+  std::string path = folder.WriteFile("clip.qvo", std::string(1234, 'x'));
+  platform::FileHandle file = platform::OpenFileForReading(HostPath(path).c_str());
+  int64_t size = 0;
+  EXPECT_EQ(Calculate(0, 2, 5, file, &size), imNoErr);
+  EXPECT_EQ(size, 1234);
+  platform::CloseFileHandle(file);
+
+  EXPECT_EQ(Calculate(0, 2, 5, platform::InvalidFileHandle(), &size), imMemErr);
+}
+
+}  // namespace

@@ -1,0 +1,122 @@
+#include "delivery/trimming.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <vector>
+
+#include "delivery/sample_file_writer.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+class TrimmingTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    source_ = folder_.WriteFile("source.qvo", SampleFileContent(clip_));
+    source_wide_ = HostPath(source_);
+    target_ = folder_.Join("trimmed.qvo");
+    target_wide_ = HostPath(target_);
+  }
+
+  // Selector imTrimFile8 on the clip. One frame lasts one second (scale 2 over sample size 2),
+  // so ten samples at 10 Hz.
+  int32_t Trim(int32_t trim_in, int32_t duration, bool with_progress = true) {
+    char* block = reinterpret_cast<char*>(&record_);
+    imFileAccessRec8 access{};
+    access.filepath = source_wide_.c_str();
+    imTrimFileRec8 request{};
+    request.privatedata = &block;
+    request.trimIn = trim_in;
+    request.duration = duration;
+    request.keepAudio = 1;
+    request.keepVideo = 1;
+    request.destFilePath = target_wide_.c_str();
+    request.scale = 2;
+    request.sampleSize = 2;
+    if (with_progress) {
+      request.progressCallback = &TrimmingTest::OnProgress;
+      request.progressCallbackID = this;
+    }
+    return TrimFile(&access, &request);
+  }
+
+  static int32_t OnProgress(int32_t part_done, int32_t total, void* id) {
+    auto* test = static_cast<TrimmingTest*>(id);
+    test->progress_.push_back(part_done);
+    EXPECT_EQ(total, 100);
+    return test->progress_.size() < test->continue_for_ ? imProgressContinue : imProgressAbort;
+  }
+
+  std::string Target() const { return ReadWholeFile(target_); }
+
+  SampleClip clip_;
+  PrivateFileRecord record_ = RecordFor(clip_);
+  TempFolder folder_;
+  std::string source_;
+  std::u16string source_wide_;
+  std::string target_;
+  std::u16string target_wide_;
+  std::vector<int32_t> progress_;
+  size_t continue_for_ = 1000;
+};
+
+TEST_F(TrimmingTest, WritesTheRangesFramesAndSoundInTheSampleFormat) {
+  ASSERT_EQ(Trim(1, 2), imNoErr);
+  std::string bytes = Target();
+  const size_t frame_bytes = 4 * 2 * 4;
+  ASSERT_EQ(bytes.size(), 602 + 2 * (frame_bytes + 4) + 2 * 20 * sizeof(float));
+
+  SampleFileHeader header;
+  std::memcpy(&header, bytes.data(), sizeof(header));
+  EXPECT_EQ(header.frame_count, 2u);
+  EXPECT_EQ(header.sample_frames, 20u);
+  EXPECT_EQ(header.width, 4);
+
+  for (uint32_t k = 0; k < 2; ++k) {
+    const size_t start = 602 + k * (frame_bytes + 4);
+    for (uint32_t i = 0; i < frame_bytes; ++i) {
+      ASSERT_EQ(static_cast<uint8_t>(bytes[start + i]), FrameByte(1 + k, i));
+    }
+    EXPECT_EQ(bytes.substr(start + frame_bytes, 4), "++++");
+  }
+  const size_t audio = 602 + 2 * (frame_bytes + 4);
+  for (int channel = 0; channel < 2; ++channel) {
+    for (uint64_t n = 0; n < 20; ++n) {
+      float value;
+      std::memcpy(&value, bytes.data() + audio + (channel * 20 + n) * sizeof(float), 4);
+      ASSERT_EQ(value, SampleValue(channel, 10 + n)) << channel << " " << n;
+    }
+  }
+}
+
+TEST_F(TrimmingTest, ReportsProgressFromFramesToTheLastBlockOfSound) {
+  ASSERT_EQ(Trim(1, 2), imNoErr);
+  // Two frames, then two one-second blocks of each of two channels.
+  EXPECT_EQ(progress_, (std::vector<int32_t>{25, 50, 62, 75, 87, 100}));
+}
+
+TEST_F(TrimmingTest, StopsAndRemovesTheUnfinishedFileWhenTheHostSaysSo) {
+  continue_for_ = 1;
+  EXPECT_EQ(Trim(1, 3), imDiskErr);
+  EXPECT_EQ(progress_.size(), 1u);
+  EXPECT_FALSE(std::filesystem::exists(target_));
+}
+
+TEST_F(TrimmingTest, CopiesTheWholeRangeAsItStandsButNeverOverAFile) {
+  ASSERT_EQ(Trim(0, 0, false), imNoErr);
+  EXPECT_EQ(Target(), SampleFileContent(clip_));
+  EXPECT_EQ(Trim(0, 5, false), imDiskErr);
+}
+
+TEST_F(TrimmingTest, RefusesARangeOutsideTheClipOrAnExistingTarget) {
+  EXPECT_EQ(Trim(5, 1), imDiskErr);
+  EXPECT_EQ(Trim(-1, 1), imDiskErr);
+  EXPECT_FALSE(std::filesystem::exists(target_));
+  folder_.WriteFile("trimmed.qvo", "keep me");
+  EXPECT_EQ(Trim(1, 1), imDiskErr);
+  EXPECT_EQ(Target(), "keep me");
+}
+
+}  // namespace

@@ -1,0 +1,224 @@
+// The host's frames as the plug-in reaches them: made through the PPix Creator suite, described and
+// opened through the PPix and PPix 2 suites.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+#include "host_sim/host.h"
+#include "host_sim/ppix_suites.h"
+
+namespace {
+
+using host_sim::FramePlane;
+using host_sim::Host;
+using host_sim::HostFrame;
+using host_sim::HostFrames;
+using host_sim::HostReport;
+
+constexpr PrPixelFormat kPlanar = PrPixelFormat_YUV_420_MPEG4_FRAME_PICTURE_PLANAR_8u_709_FullRange;
+
+bool Aligned(const void* pointer) { return reinterpret_cast<uintptr_t>(pointer) % 16 == 0; }
+
+class FrameSuitesTest : public ::testing::Test {
+ protected:
+  const PrSDKPPixCreatorSuite& creator() { return *host_sim::PPixCreatorSuite(); }
+  const PrSDKPPixSuite& ppix() { return *host_sim::PPixSuite(); }
+  const PrSDKPPix2Suite& ppix2() { return *host_sim::PPix2Suite(); }
+
+  PPixHand Create(PrPixelFormat format, int32_t width, int32_t height) {
+    PPixHand frame = nullptr;
+    const prRect bounds = {0, 0, width, height};
+    EXPECT_EQ(creator().CreatePPix(&frame, PrPPixBufferAccess_ReadWrite, format, &bounds),
+              suiteError_NoError);
+    return frame;
+  }
+
+  const HostFrame& Frame(PPixHand frame) { return *host_.frames().Find(frame); }
+
+  Host host_;
+};
+
+TEST_F(FrameSuitesTest, PlanarFramesHaveHalfSizeChromaPlanesWithSixteenByteStrides) {
+  PPixHand frame = Create(kPlanar, 33, 17);
+  const HostFrame& made = Frame(frame);
+  ASSERT_TRUE(made.planar);
+  ASSERT_EQ(made.plane_count, 3);
+  EXPECT_EQ(made.planes[0].row_length, 33);
+  EXPECT_EQ(made.planes[0].rows, 17);
+  EXPECT_EQ(made.planes[0].row_bytes, 48);
+  for (int p = 1; p < 3; ++p) {
+    EXPECT_EQ(made.planes[p].row_length, 17) << "half of 33, rounded up";
+    EXPECT_EQ(made.planes[p].rows, 9) << "half of 17, rounded up";
+    EXPECT_EQ(made.planes[p].row_bytes, 32);
+  }
+  for (const FramePlane& plane : made.planes) EXPECT_TRUE(Aligned(plane.bytes));
+
+  char* planes[3] = {};
+  uint32_t row_bytes[3] = {};
+  ASSERT_EQ(
+      ppix2().GetYUV420PlanarBuffers(frame, PrPPixBufferAccess_ReadWrite, &planes[0], &row_bytes[0],
+                                     &planes[1], &row_bytes[1], &planes[2], &row_bytes[2]),
+      suiteError_NoError);
+  for (int p = 0; p < 3; ++p) {
+    EXPECT_EQ(reinterpret_cast<uint8_t*>(planes[p]), made.planes[p].bytes);
+    EXPECT_EQ(row_bytes[p], static_cast<uint32_t>(made.planes[p].row_bytes));
+  }
+  char* pixels = nullptr;
+  int32_t y_row_bytes = 0;
+  size_t size = 0;
+  EXPECT_EQ(ppix().GetPixels(frame, PrPPixBufferAccess_ReadWrite, &pixels), suiteError_NoError);
+  EXPECT_EQ(pixels, planes[0]) << "GetPixels answers the Y plane";
+  EXPECT_EQ(ppix().GetRowBytes(frame, &y_row_bytes), suiteError_NoError);
+  EXPECT_EQ(y_row_bytes, 48);
+  EXPECT_EQ(ppix2().GetSize(frame, &size), suiteError_NoError);
+  EXPECT_EQ(size, 48u * 17 + 2 * 32u * 9);
+}
+
+TEST_F(FrameSuitesTest, PlanePaddingWidensEveryStrideBeforeRounding) {
+  host_.frames().set_plane_padding(20);
+  const HostFrame& made = Frame(Create(kPlanar, 33, 17));
+  EXPECT_EQ(made.planes[0].row_bytes, 64);
+  EXPECT_EQ(made.planes[1].row_bytes, 48);
+  EXPECT_EQ(made.planes[2].row_bytes, 48);
+}
+
+TEST_F(FrameSuitesTest, PackedRowsHoldWidthTimesPixelSizeAndThePadding) {
+  EXPECT_EQ(Frame(Create(PrPixelFormat_BGRA_4444_8u, 10, 3)).planes[0].row_bytes, 40);
+  EXPECT_EQ(Frame(Create(PrPixelFormat_VUYA_4444_32f, 10, 3)).planes[0].row_bytes, 160);
+  EXPECT_EQ(Frame(Create(0x32315559, 10, 3)).planes[0].row_bytes, 40) << "any other format: 4";
+
+  host_.frames().set_row_padding(6);
+  PPixHand padded = Create(PrPixelFormat_BGRA_4444_8u, 10, 3);
+  const HostFrame& made = Frame(padded);
+  EXPECT_FALSE(made.planar);
+  EXPECT_EQ(made.plane_count, 1);
+  EXPECT_EQ(made.planes[0].row_length, 40);
+  EXPECT_EQ(made.planes[0].row_bytes, 46);
+  EXPECT_EQ(made.size, 46u * 3);
+  EXPECT_TRUE(Aligned(made.planes[0].bytes));
+  int32_t row_bytes = 0;
+  EXPECT_EQ(ppix().GetRowBytes(padded, &row_bytes), suiteError_NoError);
+  EXPECT_EQ(row_bytes, 46);
+}
+
+TEST_F(FrameSuitesTest, EveryByteOfANewFrameHoldsTheFreshByte) {
+  host_.frames().set_plane_padding(5);
+  const HostFrame& made = Frame(Create(kPlanar, 7, 5));
+  for (int p = 0; p < made.plane_count; ++p) {
+    const FramePlane& plane = made.planes[p];
+    const size_t bytes = static_cast<size_t>(plane.row_bytes) * plane.rows;
+    for (size_t i = 0; i < bytes; ++i) {
+      ASSERT_EQ(plane.bytes[i], HostFrames::kFreshByte) << "plane " << p << ", byte " << i;
+    }
+  }
+}
+
+TEST_F(FrameSuitesTest, RefusesReadOnlyAccessAndFramesWithoutPixels) {
+  PPixHand kept = reinterpret_cast<PPixHand>(&kept);
+  const prRect bounds = {0, 0, 64, 32};
+  EXPECT_NE(creator().CreatePPix(&kept, PrPPixBufferAccess_ReadOnly, kPlanar, &bounds),
+            suiteError_NoError);
+  EXPECT_EQ(kept, reinterpret_cast<PPixHand>(&kept)) << "a refusal leaves the slot alone";
+
+  const prRect empty = {0, 0, 0, 32};
+  const prRect inverted = {64, 0, 0, 32};
+  EXPECT_NE(creator().CreatePPix(&kept, PrPPixBufferAccess_ReadWrite, kPlanar, &empty), 0);
+  EXPECT_NE(creator().CreatePPix(&kept, PrPPixBufferAccess_ReadWrite, kPlanar, &inverted), 0);
+  EXPECT_NE(creator().CreatePPix(&kept, PrPPixBufferAccess_ReadWrite, kPlanar, nullptr), 0);
+  EXPECT_NE(creator().CreatePPix(&kept, PrPPixBufferAccess_ReadWrite, PrPixelFormat_Any, &bounds),
+            0);
+  EXPECT_EQ(host_.frames().live_count(), 0u);
+
+  PPixHand written = nullptr;
+  EXPECT_EQ(creator().CreatePPix(&written, PrPPixBufferAccess_WriteOnly, kPlanar, &bounds),
+            suiteError_NoError);
+  EXPECT_NE(written, nullptr);
+}
+
+TEST_F(FrameSuitesTest, DescribesAFrameFromTheOriginOfItsBounds) {
+  PPixHand frame = nullptr;
+  const prRect bounds = {10, 20, 74, 52};
+  ASSERT_EQ(creator().CreatePPix(&frame, PrPPixBufferAccess_ReadWrite, kPlanar, &bounds),
+            suiteError_NoError);
+  prRect answered = {-1, -1, -1, -1};
+  EXPECT_EQ(ppix().GetBounds(frame, &answered), suiteError_NoError);
+  const int32_t left = answered.left;
+  const int32_t top = answered.top;
+  const int32_t right = answered.right;
+  const int32_t bottom = answered.bottom;
+  EXPECT_EQ(left, 0);
+  EXPECT_EQ(top, 0);
+  EXPECT_EQ(right, 64);
+  EXPECT_EQ(bottom, 32);
+
+  PrPixelFormat format = 0;
+  uint32_t numerator = 0;
+  uint32_t denominator = 0;
+  int32_t x = -1;
+  int32_t y = -1;
+  prFieldType fields = prFieldsInvalid;
+  EXPECT_EQ(ppix().GetPixelFormat(frame, &format), suiteError_NoError);
+  EXPECT_EQ(format, kPlanar);
+  EXPECT_EQ(ppix().GetPixelAspectRatio(frame, &numerator, &denominator), suiteError_NoError);
+  EXPECT_EQ(numerator, 1u);
+  EXPECT_EQ(denominator, 1u);
+  EXPECT_EQ(ppix2().GetOrigin(frame, &x, &y), suiteError_NoError);
+  EXPECT_EQ(x, 0);
+  EXPECT_EQ(y, 0);
+  EXPECT_EQ(ppix2().GetFieldOrder(frame, &fields), suiteError_NoError);
+  EXPECT_EQ(fields, prFieldsNone);
+}
+
+TEST_F(FrameSuitesTest, PlanesOfAPackedFrameAreRefusedAsAFault) {
+  PPixHand frame = Create(PrPixelFormat_BGRA_4444_8u, 8, 8);
+  char* planes[3] = {};
+  uint32_t row_bytes[3] = {};
+  EXPECT_NE(
+      ppix2().GetYUV420PlanarBuffers(frame, PrPPixBufferAccess_ReadWrite, &planes[0], &row_bytes[0],
+                                     &planes[1], &row_bytes[1], &planes[2], &row_bytes[2]),
+      suiteError_NoError);
+  EXPECT_EQ(planes[0], nullptr);
+  HostReport report = host_.Report();
+  ASSERT_EQ(report.frame_faults.size(), 1u);
+  EXPECT_NE(report.frame_faults[0].find("packed"), std::string::npos);
+}
+
+TEST_F(FrameSuitesTest, DisposingTheLastReferenceFreesTheFrame) {
+  PPixHand frame = Create(kPlanar, 16, 16);
+  EXPECT_EQ(host_.frames().References(frame), 1);
+  EXPECT_EQ(ppix().Dispose(frame), suiteError_NoError);
+  EXPECT_EQ(host_.frames().Find(frame), nullptr);
+  EXPECT_EQ(host_.frames().live_count(), 0u);
+  EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
+}
+
+TEST_F(FrameSuitesTest, TouchingAFrameThatIsNotLiveIsAFault) {
+  PPixHand frame = Create(kPlanar, 16, 16);
+  ppix().Dispose(frame);
+  int32_t row_bytes = 0;
+  EXPECT_NE(ppix().Dispose(frame), suiteError_NoError);
+  EXPECT_NE(ppix().GetRowBytes(frame, &row_bytes), suiteError_NoError);
+  HostReport report = host_.Report();
+  EXPECT_EQ(report.frame_faults.size(), 2u);
+  EXPECT_NE(report.ToString().find("GetRowBytes with a frame that is not live"), std::string::npos)
+      << report.ToString();
+}
+
+TEST_F(FrameSuitesTest, FramesStillLiveAtTheEndAreTheHostsAndNotReported) {
+  Create(kPlanar, 16, 16);
+  Create(PrPixelFormat_BGRA_4444_8u, 16, 16);
+  EXPECT_EQ(host_.frames().live_count(), 2u);
+  EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
+}
+
+TEST(FrameSuitesWithoutHostTest, AnswerFailureWithNoHostCurrent) {
+  PPixHand frame = nullptr;
+  const prRect bounds = {0, 0, 8, 8};
+  EXPECT_NE(host_sim::PPixCreatorSuite()->CreatePPix(&frame, PrPPixBufferAccess_ReadWrite, kPlanar,
+                                                     &bounds),
+            suiteError_NoError);
+  EXPECT_EQ(frame, nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,177 @@
+// Frames requested through the built plug-in file: written by the stitched source straight into
+// the host's frames, cached by the host, retried once.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "integration/plugin_fixture.h"
+#include "standin_stitcher/omni_standin_introspection.h"
+#include "stitcher_api/pr_source.h"
+
+namespace {
+
+using host_sim::FramePlane;
+using host_sim::HostFile;
+using host_sim::HostFrame;
+
+constexpr PrPixelFormat kPlanar = 0x46317659;
+constexpr PrPixelFormat kBgra = 0x61726762;
+constexpr char kSmallScene[] = R"({"width": 64, "height": 32, "frames": 10})";
+
+class FrameDeliveryTest : public PluginTest {
+ protected:
+  // Frame `index` of the clip, asked at a time inside it.
+  const HostFrame* Frame(HostFile* clip, int32_t index, imFrameFormat format, int32_t* result) {
+    PPixHand handle = nullptr;
+    *result = clip->RequestFrame(index * clip->TicksPerFrame() + clip->TicksPerFrame() / 3, format,
+                                 &handle);
+    return handle == nullptr ? nullptr : host().frames().Find(handle);
+  }
+
+  int64_t StitchedFrames(const HostFile* clip) const {
+    return OmniStandin_CallCount(kOmniStandinGetVideoFrame, PathOf(*clip).c_str());
+  }
+
+  // What the stitching library writes for frame `index`, asked directly, planes tightly packed.
+  std::vector<std::vector<uint8_t>> Reference(const HostFile* clip, int32_t index, bool planar) {
+    MediaInfo info;
+    std::shared_ptr<PRSource> source = PrSourceFactory::Create(PathOf(*clip), &info);
+    const int w = info.width;
+    const int h = info.height;
+    std::vector<std::vector<uint8_t>> planes;
+    uint8_t* pointers[3] = {nullptr, nullptr, nullptr};
+    int strides[3] = {w, (w + 1) / 2, (w + 1) / 2};
+    if (planar) {
+      planes = {std::vector<uint8_t>(w * h), std::vector<uint8_t>(strides[1] * ((h + 1) / 2)),
+                std::vector<uint8_t>(strides[2] * ((h + 1) / 2))};
+      for (int p = 0; p < 3; ++p) pointers[p] = planes[p].data();
+    } else {
+      planes = {std::vector<uint8_t>(w * h * 4)};
+      pointers[0] = planes[0].data();
+    }
+    EXPECT_EQ(source->GetVideoFrame(index, w, h, pointers, strides), 0);
+    PrSourceFactory::Destroy(source);
+    return planes;
+  }
+
+  // The rows of a host plane without their padding.
+  static std::vector<uint8_t> Rows(const FramePlane& plane) {
+    std::vector<uint8_t> rows;
+    for (int32_t r = 0; r < plane.rows; ++r) {
+      const uint8_t* row = plane.bytes + r * plane.row_bytes;
+      rows.insert(rows.end(), row, row + plane.row_length);
+    }
+    return rows;
+  }
+};
+
+TEST_F(FrameDeliveryTest, WritesThePlanarFrameTheStitcherMakesAtTheFilesSize) {
+  HostFile* clip = DescribedClip(kSmallScene);
+  int32_t result = -1;
+  const HostFrame* frame = Frame(clip, 3, {0, 0, kPlanar}, &result);
+  ASSERT_EQ(result, imNoErr);
+  ASSERT_NE(frame, nullptr);
+  imFrameFormat wanted = clip->last_frame_format();
+  EXPECT_EQ(wanted.inFrameWidth, 64) << "a 0 x 0 format is completed with the file's size";
+  EXPECT_EQ(wanted.inFrameHeight, 32);
+
+  std::vector<std::vector<uint8_t>> reference = Reference(clip, 3, true);
+  ASSERT_TRUE(frame->planar);
+  for (int p = 0; p < 3; ++p) EXPECT_EQ(Rows(frame->planes[p]), reference[p]) << "plane " << p;
+}
+
+TEST_F(FrameDeliveryTest, SpreadsPackedRowsToTheHostsRowBytes) {
+  HostFile* clip = DescribedClip(kSmallScene);
+  std::vector<uint8_t> reference = Reference(clip, 2, false)[0];
+  for (int32_t padding : {0, 20}) {
+    host().frames().set_row_padding(padding);
+    int32_t result = -1;
+    const HostFrame* frame = Frame(clip, 2, {64, 32, kBgra}, &result);
+    host().frame_cache().ExpireAll();
+    ASSERT_EQ(result, imNoErr);
+    EXPECT_EQ(frame->planes[0].row_bytes, 64 * 4 + padding);
+    EXPECT_EQ(Rows(frame->planes[0]), reference) << "padding " << padding;
+  }
+}
+
+TEST_F(FrameDeliveryTest, AnswersTwoTimesInsideOneFrameFromOneCacheEntry) {
+  HostFile* clip = DescribedClip(kSmallScene);
+  PPixHand first = nullptr;
+  PPixHand second = nullptr;
+  const PrTime frame_start = 4 * clip->TicksPerFrame();
+  ASSERT_EQ(clip->RequestFrame(frame_start, {0, 0, kPlanar}, &first), imNoErr);
+  ASSERT_EQ(clip->RequestFrame(frame_start + clip->TicksPerFrame() - 1, {0, 0, kPlanar}, &second),
+            imNoErr);
+  EXPECT_EQ(first, second);
+  EXPECT_EQ(StitchedFrames(clip), 1) << "a cached frame never reaches the stitcher";
+  EXPECT_EQ(host().frame_cache().size(), 1u);
+  EXPECT_EQ(host().frame_cache().hits(), 1);
+}
+
+TEST_F(FrameDeliveryTest, RetriesOnceAndCachesWhatTheRetryDelivers) {
+  HostFile* clip =
+      DescribedClip(R"({"width": 64, "height": 32, "faults": {"video_fail_once": [5]}})");
+  int32_t result = -1;
+  Frame(clip, 5, {0, 0, kPlanar}, &result);
+  EXPECT_EQ(result, imNoErr);
+  EXPECT_EQ(StitchedFrames(clip), 2);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, PathOf(*clip).c_str()), 1);
+  EXPECT_EQ(host().frame_cache().size(), 1u);
+}
+
+TEST_F(FrameDeliveryTest, AnswersUnknownErrorAndCachesNothingWhenBothTriesFail) {
+  HostFile* clip =
+      DescribedClip(R"({"width": 64, "height": 32, "faults": {"video_fail_always": [6]}})");
+  int32_t result = -1;
+  const HostFrame* frame = Frame(clip, 6, {0, 0, kPlanar}, &result);
+  EXPECT_EQ(result, malUnknownError);
+  EXPECT_NE(frame, nullptr) << "the new frame stays in the host's slot";
+  EXPECT_EQ(StitchedFrames(clip), 2) << "exactly one retry";
+  EXPECT_EQ(host().frame_cache().size(), 0u);
+}
+
+TEST_F(FrameDeliveryTest, RecreatesSourcesThatAFailedReadHadReleased) {
+  HostFile* oldest = DescribedClip(kSmallScene);
+  HostFile* older = DescribedClip(kSmallScene);
+  DescribedClip(kSmallScene);
+  HostFile* failing =
+      DescribedClip(R"({"width": 64, "height": 32, "faults": {"video_fail_once": [0]}})");
+  const int64_t live_before = OmniStandin_LiveSources();
+  int32_t result = -1;
+  Frame(failing, 0, {0, 0, kPlanar}, &result);
+  ASSERT_EQ(result, imNoErr);
+  EXPECT_EQ(OmniStandin_LiveSources(), live_before - 2) << "half of four files released";
+
+  const std::string path = PathOf(*oldest);
+  const int64_t creates = OmniStandin_CallCount(kOmniStandinCreate, path.c_str());
+  Frame(oldest, 1, {0, 0, kPlanar}, &result);
+  EXPECT_EQ(result, imNoErr);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinCreate, path.c_str()), creates + 1);
+
+  std::vector<float> samples(10);
+  float* channels[2] = {samples.data(), samples.data()};
+  EXPECT_EQ(older->ReadAudio(0, 5, channels), imNoErr);
+  EXPECT_EQ(OmniStandin_LiveSources(), live_before);
+}
+
+TEST_F(FrameDeliveryTest, AnswersNoContentForAFileWithoutAContextAndMakesNoFrame) {
+  HostFile* clip = Clip(R"({"faults": {"create": true}})");
+  ASSERT_EQ(clip->Open(), malUnknownError);
+  const size_t frames_before = host().frames().live_count();
+  PPixHand frame = nullptr;
+  EXPECT_EQ(clip->RequestFrame(0, {0, 0, kPlanar}, &frame), imNoContent);
+  EXPECT_EQ(host().frames().live_count(), frames_before);
+}
+
+TEST_F(FrameDeliveryTest, OffersTheFilesOwnSizeOnly) {
+  HostFile* clip = DescribedClip(kSmallScene);
+  int32_t width = 0;
+  int32_t height = 0;
+  EXPECT_EQ(clip->PreferredFrameSize(0, &width, &height), imNoErr);
+  EXPECT_EQ(width, 64);
+  EXPECT_EQ(height, 32);
+  EXPECT_EQ(clip->PreferredFrameSize(1, &width, &height), imOtherErr);
+  EXPECT_EQ(clip->CheckTrim(), imNoErr);
+}
+
+}  // namespace

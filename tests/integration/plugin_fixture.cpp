@@ -1,0 +1,66 @@
+#include "integration/plugin_fixture.h"
+
+#include <filesystem>
+
+namespace {
+
+constexpr int32_t kInterfaceVersion = 23;
+
+host_sim::PluginModule* plugin = nullptr;
+
+// Start-up and shut-down run once: shut-down waits for the command thread's pause.
+class PluginEnvironment : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    plugin = new host_sim::PluginModule(host_sim::DefaultPluginPath());
+    ASSERT_TRUE(plugin->loaded()) << plugin->error();
+    host_sim::HostSession starting(*plugin, kInterfaceVersion);
+    imImportInfoRec capabilities;
+    starting.StartUp(&capabilities);
+  }
+
+  void TearDown() override {
+    {
+      host_sim::HostSession stopping(*plugin, kInterfaceVersion);
+      stopping.ShutDown();
+    }
+    delete plugin;
+  }
+};
+
+const auto* const environment = ::testing::AddGlobalTestEnvironment(new PluginEnvironment);
+
+}  // namespace
+
+void PluginTest::SetUp() {
+  session_ = std::make_unique<host_sim::HostSession>(*plugin, kInterfaceVersion);
+  int32_t last_result = 0;
+  session_->FileTypes(&last_result);
+}
+
+void PluginTest::TearDown() {
+  for (auto& clip : clips_) {
+    if (clip->private_data() != nullptr) clip->Close();
+  }
+}
+
+host_sim::HostFile* PluginTest::Clip(const std::string& project) {
+  std::string path =
+      folder_.WriteFile("clip" + std::to_string(clips_.size() + 1) + ".qvo", project);
+  clips_.push_back(std::make_unique<host_sim::HostFile>(*session_, path,
+                                                        session_->FileTypeFor(path)->file_type));
+  return clips_.back().get();
+}
+
+host_sim::HostFile* PluginTest::DescribedClip(const std::string& project) {
+  host_sim::HostFile* clip = Clip(project);
+  EXPECT_EQ(clip->Open(), imNoErr);
+  EXPECT_EQ(clip->GetInfo(), imNoErr);
+  return clip;
+}
+
+std::string PluginTest::PathOf(const host_sim::HostFile& clip) const {
+  // The host hands "\\?\" and the native path.
+  const std::u16string& wide = clip.host_path();
+  return std::filesystem::path(wide.substr(4)).u8string();
+}
