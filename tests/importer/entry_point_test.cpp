@@ -8,6 +8,7 @@
 #include "importer/start_up_and_shut_down.h"
 #include "logging/plugin_log.h"
 #include "platform/c_runtime_files.h"
+#include "platform/sockets.h"
 #include "support/temp_folder.h"
 
 extern "C" int32_t xImportEntry(int32_t selector, imStdParms* std_parms, void* param1,
@@ -77,6 +78,8 @@ TEST_F(EntryPointTest, StartsTheCommandThreadAndSucceedsWhenSocketsFailToStart) 
   std_parms.imInterfaceVer = 6;
   imImportInfoRec capabilities{};
   size_t before = LogText().size();
+  // Shut-down's clean-up of the sockets layer takes this start, so others' sockets keep theirs.
+  platform::StartSockets();
   EXPECT_EQ(StartUp(&std_parms, &capabilities, [] { return false; }), imNoErr);
   EXPECT_EQ(ShutDown(), imNoErr);
   std::string written = LogText().substr(before);
@@ -89,6 +92,7 @@ TEST_F(EntryPointTest, StartsTheCommandThreadAndSucceedsWhenSocketsFailToStart) 
 }
 
 TEST_F(EntryPointTest, ShutDownWithoutStartUpSucceeds) {
+  platform::StartSockets();
   imStdParms std_parms{};
   EXPECT_EQ(xImportEntry(imShutdown, &std_parms, nullptr, nullptr), imNoErr);
 }

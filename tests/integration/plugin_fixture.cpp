@@ -1,17 +1,30 @@
 #include "integration/plugin_fixture.h"
 
 #include <filesystem>
+#include <optional>
+
+#include "platform/environment.h"
 
 namespace {
 
 constexpr int32_t kInterfaceVersion = 23;
 
 host_sim::PluginModule* plugin = nullptr;
+command_server::CommandServer* server = nullptr;
 
-// Start-up and shut-down run once: shut-down waits for the command thread's pause.
+// Start-up and shut-down run once: shut-down waits for the command thread's pause. The command
+// server is listening, with its port in the port file, before the plug-in starts, as it is when
+// the maker's application runs beside the host.
 class PluginEnvironment : public ::testing::Environment {
  public:
   void SetUp() override {
+    const std::string home = home_.path().string();
+    const size_t split = home.find_last_of("\\/");
+    platform::SetEnvironment("HOMEDRIVE", home.substr(0, split));
+    platform::SetEnvironment("HOMEPATH", home.substr(split));
+    server = new command_server::CommandServer();
+    ASSERT_TRUE(server->WritePortFile(home));
+
     plugin = new host_sim::PluginModule(host_sim::DefaultPluginPath());
     ASSERT_TRUE(plugin->loaded()) << plugin->error();
     host_sim::HostSession starting(*plugin, kInterfaceVersion);
@@ -25,12 +38,18 @@ class PluginEnvironment : public ::testing::Environment {
       stopping.ShutDown();
     }
     delete plugin;
+    delete server;
   }
+
+ private:
+  TempFolder home_;
 };
 
 const auto* const environment = ::testing::AddGlobalTestEnvironment(new PluginEnvironment);
 
 }  // namespace
+
+command_server::CommandServer& PluginTest::Server() { return *server; }
 
 void PluginTest::SetUp() {
   session_ = std::make_unique<host_sim::HostSession>(*plugin, kInterfaceVersion);

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "command_server/command_server.h"
 #include "host_sim/host_file.h"
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
@@ -51,6 +52,9 @@ class PluginTest : public ::testing::Test {
   }
 
   host_sim::Host& host() { return session_->host(); }
+
+  // The command server the plug-in connects to; it is listening from the program's start.
+  static command_server::CommandServer& Server();
 
   std::unique_ptr<host_sim::HostSession> session_;
   TempFolder folder_;

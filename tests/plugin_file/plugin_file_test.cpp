@@ -2,10 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
 
+#include "command_server/command_server.h"
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
+#include "platform/environment.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -20,17 +24,30 @@ TEST(PluginFileTest, ExportsTheEntryPointAndTheStitchingLibrarysStatics) {
   EXPECT_EQ(plugin.Symbol("_Z9HandlerOfi"), nullptr) << "internal code must stay hidden";
 }
 
-// Runs with the production pause: shut-down waits for the command thread's current pause.
-TEST(PluginFileTest, StartsUpAndShutsDownThroughTheFileAndUnloads) {
+// Runs with the production values: the command thread connects on its first pass, and shut-down
+// waits at most for the pause the thread is in.
+TEST(PluginFileTest, ShutsDownWhileConnectedWithinOnePauseAndUnloads) {
+  TempFolder home;
+  const std::string home_path = home.path().string();
+  const size_t split = home_path.find_last_of("\\/");
+  platform::SetEnvironment("HOMEDRIVE", home_path.substr(0, split));
+  platform::SetEnvironment("HOMEPATH", home_path.substr(split));
+  command_server::CommandServer server;
+  ASSERT_TRUE(server.WritePortFile(home_path));
+
   host_sim::PluginModule plugin(host_sim::DefaultPluginPath());
   ASSERT_TRUE(plugin.loaded()) << plugin.error();
   host_sim::HostSession session(plugin, 6);
   imImportInfoRec capabilities;
   EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
+  ASSERT_TRUE(server.WaitForConnection(std::chrono::seconds(10)));
   const int32_t words[] = {capabilities.canSave, capabilities.canTrim,
                            capabilities.avoidAudioConform};
   EXPECT_THAT(words, ::testing::Each(1));
+  const auto shutting_down = std::chrono::steady_clock::now();
   EXPECT_EQ(session.ShutDown(), imNoErr);
+  EXPECT_LT(std::chrono::steady_clock::now() - shutting_down, std::chrono::milliseconds(3500));
+  EXPECT_TRUE(server.WaitForDisconnection(std::chrono::seconds(2)));
   EXPECT_TRUE(plugin.Unload());
 }
 
