@@ -51,6 +51,8 @@ bool ParseOption(int argc, char** argv, int* i, CommandLine* line) {
     return ParseRange(argv[++*i], line);
   } else if (argument == "--format" && has_value && frames) {
     return ParseFormat(argv[++*i], line);
+  } else if (argument == "--seconds" && has_value && line->command == "serve") {
+    return ParseInteger(argv[++*i], &line->seconds) && line->seconds > 0;
   } else if (argument == "--out" && has_value && exports) {
     line->out = argv[++*i];
   } else if (line->command != "start-up" && argument.rfind("--", 0) != 0) {
@@ -68,13 +70,14 @@ bool ParseCommandLine(int argc, char** argv, CommandLine* line) {
   line->command = argv[1];
   line->plugin_path = DefaultPluginPath();
   const std::string& command = line->command;
-  if (command != "start-up" && command != "info" && command != "frames" && command != "audio") {
+  if (command != "start-up" && command != "info" && command != "frames" && command != "audio" &&
+      command != "serve") {
     return false;
   }
   for (int i = 2; i < argc; ++i) {
     if (!ParseOption(argc, argv, &i, line)) return false;
   }
-  if (command == "info") return !line->files.empty();
+  if (command == "info" || command == "serve") return !line->files.empty();
   if (command == "frames")
     return line->files.size() == 1 && !line->out.empty() && line->end_frame > 0;
   if (command == "audio") return line->files.size() == 1 && !line->out.empty();
@@ -88,13 +91,17 @@ void PrintUsage() {
       "       qvo-host info FILE... [--json] [--plugin FILE] [--interface-version N]\n"
       "       qvo-host frames FILE --range A:B --out DIR [--format yuv|bgra] [--plugin FILE]\n"
       "       qvo-host audio FILE --out FILE.wav [--plugin FILE]\n"
+      "       qvo-host serve FILE... [--seconds N] [--plugin FILE]\n"
       "  start-up  loads the plug-in, starts it, prints its capabilities and the file\n"
       "            types it registers, and shuts it down\n"
       "  info      opens each project file as the host does and prints what the host\n"
       "            learns: picture, frame rate, duration, spherical layout, sound\n"
       "  frames    asks for frames A to B-1 (planar YUV 4:2:0 by default) and writes each as\n"
       "            DIR/frame_NNNNN.png, with DIR/contact_sheet.png showing them all\n"
-      "  audio     reads the whole sound, one second per request, into a 32-bit float WAV\n");
+      "  audio     reads the whole sound, one second per request, into a 32-bit float WAV\n"
+      "  serve     keeps the files open for N seconds (default 20), showing frame 0 of each\n"
+      "            every 200 ms, and says when one is stitched again after a parameter\n"
+      "            update from the command server\n");
 }
 
 }  // namespace host_sim

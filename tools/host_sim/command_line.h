@@ -11,7 +11,7 @@
 namespace host_sim {
 
 struct CommandLine {
-  std::string command;  // start-up, info, frames or audio
+  std::string command;  // start-up, info, frames, audio or serve
   std::vector<std::string> files;
   bool json = false;
   std::string plugin_path;
@@ -22,6 +22,8 @@ struct CommandLine {
   PrPixelFormat pixel_format = PrPixelFormat_YUV_420_MPEG4_FRAME_PICTURE_PLANAR_8u_709_FullRange;
   // frames: the folder; audio: the WAV file.
   std::string out;
+  // serve: how long the clips stay open.
+  int32_t seconds = 20;
 };
 
 // False for a command line that names no known command or lacks what its command needs.

@@ -11,6 +11,7 @@
 #include "host_sim/host_session.h"
 #include "host_sim/info_report.h"
 #include "host_sim/plugin_module.h"
+#include "host_sim/serve_command.h"
 
 namespace {
 
@@ -120,6 +121,8 @@ bool RunOnStartedHost(const host_sim::CommandLine& line, host_sim::HostSession* 
     succeeded = RunInfo(line, session);
   } else if (line.command == "frames") {
     succeeded = RunFrames(line, session);
+  } else if (line.command == "serve") {
+    succeeded = host_sim::ServeClips(*session, line.files, line.seconds);
   } else {
     succeeded = host_sim::ExportAudio(*session, line.files[0], line.out);
   }
