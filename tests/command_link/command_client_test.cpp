@@ -18,6 +18,7 @@
 #include "host_sim/host_records.h"
 #include "importer/file_info.h"
 #include "importer/file_lifecycle.h"
+#include "importer/media_info_cache.h"
 #include "logging/plugin_log.h"
 #include "platform/c_runtime_files.h"
 #include "platform/environment.h"
@@ -141,6 +142,30 @@ TEST_F(CommandClientTest, LosesARequestCutIntoTwoReceives) {
   EXPECT_EQ(LoggedSinceStart("ERROR Invalid json format: "), 2u);
 }
 
+TEST_F(CommandClientTest, LogsEachRequestAndItsResponse) {
+  MediaInfo media;
+  media.fps = 25.0;
+  media.frame_count = 50;
+  MediaInfoCache()["D:\\logged"] = media;
+  CommandServer& server = ConnectedServer();
+  const std::string request = command_server::MediaInfoRequest("7", "D:\\logged");
+  server.Send(request);
+  const std::optional<std::string> response = server.WaitForResponse(5s);
+  ASSERT_TRUE(response.has_value());
+  EXPECT_EQ(LoggedSinceStart("INFO  Received json: " + request + " SDK_File_Import:2527"), 1u);
+  EXPECT_EQ(LoggedSinceStart("INFO  Request ID: 7 SDK_File_Import:731"), 1u);
+  EXPECT_EQ(LoggedSinceStart("INFO  Request Type: get_media_info SDK_File_Import:737"), 1u);
+  EXPECT_EQ(LoggedSinceStart("INFO  Request File Path: D:\\logged SDK_File_Import:745"), 1u);
+  EXPECT_EQ(LoggedSinceStart("INFO  Size of map: " + std::to_string(MediaInfoCache().size()) +
+                             " SDK_File_Import:760"),
+            1u);
+  EXPECT_EQ(LoggedSinceStart("INFO  Response: " + *response + " SDK_File_Import:798"), 1u);
+
+  server.Send(command_server::MediaInfoRequest("8", "D:\\unknown"));
+  ASSERT_TRUE(server.WaitForResponse(5s).has_value());
+  EXPECT_EQ(LoggedSinceStart("ERROR Request file path is invalid! SDK_File_Import:779"), 1u);
+}
+
 TEST_F(CommandClientTest, ReadsThePortDespiteATrailingCarriageReturn) {
   server_.emplace();
   WritePortLine(std::to_string(server_->port()) + "\r\n");
@@ -178,6 +203,18 @@ TEST_F(CommandClientTest, TriesTheDefaultPortAndSaysSoWithoutAHomeDrive) {
   EXPECT_TRUE(default_server->WaitForConnection(5s));
   StopClient();
   EXPECT_GE(LoggedSinceStart("ERROR Can't get home drive! SDK_File_Import:"), 1u);
+}
+
+TEST_F(CommandClientTest, SaysSoOnEveryPassWithoutAHomePath) {
+  platform::UnsetEnvironment("HOMEPATH");
+  StartClient();
+  const auto give_up = std::chrono::steady_clock::now() + 5s;
+  while (LoggedSinceStart("ERROR Can't get home path! SDK_File_Import:2438") < 2 &&
+         std::chrono::steady_clock::now() < give_up) {
+    std::this_thread::sleep_for(10ms);
+  }
+  StopClient();
+  EXPECT_GE(LoggedSinceStart("ERROR Can't get home path! SDK_File_Import:2438"), 2u);
 }
 
 using CommandClientDeathTest = CommandClientTest;
@@ -234,6 +271,7 @@ TEST_F(CommandClientTest, AnUpdateRefreshesEveryOtherFileAndExpiresTheHostCacheO
   EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, files[0].path.c_str()), 0);
   EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, files[1].path.c_str()), 1);
   EXPECT_EQ(host.frame_cache().expire_all_calls(), 1);
+  EXPECT_EQ(LoggedSinceStart("INFO  Expire all cache after update param SDK_File_Import:818"), 1u);
 
   StopClient();
   for (Opened& file : files) ReleaseFile(&file.file_ref, file.private_data);

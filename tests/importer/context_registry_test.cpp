@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include "logging/plugin_log.h"
+#include "platform/c_runtime_files.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -95,6 +97,17 @@ TEST_F(ContextRegistryTest, PassesOverAContextThatAnotherThreadIsReading) {
   done.set_value();
   reader.join();
   EXPECT_EQ(Holding(), std::vector<bool>({true, true}));
+}
+
+TEST_F(ContextRegistryTest, ResettingAContextReleasesItsSourceAndSaysSo) {
+  FileContext* context = OpenContext();
+  PrivateFileRecord record{};
+  const std::string log_file = platform::NativePath(PluginLog::Get()->folder() + "\\Plugin.log");
+  const size_t before = ReadWholeFile(log_file).size();
+  registry_.ResetFileContext(context, &record);
+  EXPECT_FALSE(context->source);
+  EXPECT_NE(ReadWholeFile(log_file).find("INFO  reset file context SDK_File_Import:1621", before),
+            std::string::npos);
 }
 
 TEST_F(ContextRegistryTest, RemovedContextsAreNeitherListedNorEvicted) {

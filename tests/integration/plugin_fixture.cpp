@@ -11,17 +11,23 @@ constexpr int32_t kInterfaceVersion = 23;
 
 host_sim::PluginModule* plugin = nullptr;
 command_server::CommandServer* server = nullptr;
+std::filesystem::path* log_file = nullptr;
 
-// Start-up and shut-down run once: shut-down waits for the command thread's pause. The command
-// server is listening, with its port in the port file, before the plug-in starts, as it is when
-// the maker's application runs beside the host.
+// Start-up and shut-down run once: shut-down waits for the command thread's pause. The plug-in's
+// profile is a folder of the program's own, where it logs; the command server is listening, with
+// its port in the port file there, before the plug-in starts, as it is when the maker's
+// application runs beside the host.
 class PluginEnvironment : public ::testing::Environment {
  public:
   void SetUp() override {
     const std::string home = home_.path().string();
     const size_t split = home.find_last_of("\\/");
+    std::filesystem::create_directories(home_.path() / "AppData" / "Local");
+    platform::SetEnvironment("USERPROFILE", home);
     platform::SetEnvironment("HOMEDRIVE", home.substr(0, split));
     platform::SetEnvironment("HOMEPATH", home.substr(split));
+    log_file = new std::filesystem::path(home_.path() / "AppData" / "Local" / "quorvel" / "Adobe" /
+                                         "Plugin.log");
     server = new command_server::CommandServer();
     ASSERT_TRUE(server->WritePortFile(home));
 
@@ -30,6 +36,9 @@ class PluginEnvironment : public ::testing::Environment {
     host_sim::HostSession starting(*plugin, kInterfaceVersion);
     imImportInfoRec capabilities;
     starting.StartUp(&capabilities);
+    // The command thread logs first and connects on its first pass: once it is connected, the
+    // plug-in's log has settled in this profile, whatever the environment says later.
+    ASSERT_TRUE(server->WaitForConnection(std::chrono::seconds(10)));
   }
 
   void TearDown() override {
@@ -39,6 +48,7 @@ class PluginEnvironment : public ::testing::Environment {
     }
     delete plugin;
     delete server;
+    delete log_file;
   }
 
  private:
@@ -50,6 +60,8 @@ const auto* const environment = ::testing::AddGlobalTestEnvironment(new PluginEn
 }  // namespace
 
 command_server::CommandServer& PluginTest::Server() { return *server; }
+
+std::string PluginTest::PluginLogText() { return ReadWholeFile(*log_file); }
 
 void PluginTest::SetUp() {
   session_ = std::make_unique<host_sim::HostSession>(*plugin, kInterfaceVersion);

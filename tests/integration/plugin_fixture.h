@@ -56,6 +56,9 @@ class PluginTest : public ::testing::Test {
   // The command server the plug-in connects to; it is listening from the program's start.
   static command_server::CommandServer& Server();
 
+  // Everything the plug-in has written to its Plugin.log.
+  static std::string PluginLogText();
+
   std::unique_ptr<host_sim::HostSession> session_;
   TempFolder folder_;
 
