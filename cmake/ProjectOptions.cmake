@@ -31,6 +31,16 @@ else()
   add_library(quorvel_third_party INTERFACE)
 endif()
 
+# Standalone Asio, configured alike for every target that includes it.
+find_package(Threads REQUIRED)
+add_library(quorvel_asio INTERFACE)
+target_link_libraries(quorvel_asio INTERFACE quorvel_third_party Threads::Threads)
+target_compile_definitions(quorvel_asio INTERFACE ASIO_STANDALONE)
+if(WIN32)
+  target_compile_definitions(quorvel_asio INTERFACE _WIN32_WINNT=0x0601)
+  target_link_libraries(quorvel_asio INTERFACE ws2_32 mswsock)
+endif()
+
 option(QUORVEL_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 # The alignment check stays off: the stitching library's MediaInfo is byte-packed with a string at
 # an odd offset, a layout the plug-in must share with it as it is.

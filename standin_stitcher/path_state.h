@@ -9,7 +9,7 @@
 #include <mutex>
 #include <set>
 
-#include "omni_standin_introspection.h"
+#include "omni_standin_counters.h"
 
 namespace omni_standin {
 

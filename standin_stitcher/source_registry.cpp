@@ -1,5 +1,5 @@
 // PrSourceFactory as the stand-in implements it: one source per path, shared by every caller and
-// freed when the last of them calls Destroy, plus the counters of omni_standin_introspection.h.
+// freed when the last of them calls Destroy, plus the counters of omni_standin_counters.h.
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "omni_standin_introspection.h"
+#include "omni_standin_counters.h"
 #include "path_state.h"
 #include "project_file.h"
 #include "standin_source.h"

@@ -22,7 +22,7 @@
 #include "logging/plugin_log.h"
 #include "platform/c_runtime_files.h"
 #include "platform/environment.h"
-#include "standin_stitcher/omni_standin_introspection.h"
+#include "standin_stitcher/omni_standin_counters.h"
 #include "support/temp_folder.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "importer/media_info_cache.h"
-#include "standin_stitcher/omni_standin_introspection.h"
+#include "standin_stitcher/omni_standin_counters.h"
 #include "support/temp_folder.h"
 
 namespace {

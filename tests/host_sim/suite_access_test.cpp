@@ -37,11 +37,6 @@ class SuiteAccessTest : public ::testing::Test {
   Host host_;
 };
 
-TEST_F(SuiteAccessTest, StandardParametersReportTheNewestInterfaceVersionByDefault) {
-  EXPECT_EQ(host_.std_parms()->imInterfaceVer, 23);
-  EXPECT_NE(host_.std_parms()->funcs, nullptr);
-}
-
 TEST_F(SuiteAccessTest, ServesEverySuiteTheImporterUsesAndBalancesWhenReleased) {
   const std::pair<const char*, int32_t> suites[] = {
       {kPrSDKPPixCreatorSuite, 1}, {kPrSDKPPixCacheSuite, 6}, {kPrSDKPPixSuite, 1},
@@ -53,11 +48,6 @@ TEST_F(SuiteAccessTest, ServesEverySuiteTheImporterUsesAndBalancesWhenReleased) 
     EXPECT_EQ(basic()->ReleaseSuite(suite.first, suite.second), kSPNoError) << suite.first;
   }
   EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
-}
-
-TEST_F(SuiteAccessTest, EveryAcquireHandsOutTheSameTable) {
-  const PrSDKTimeSuite* first = AcquireTime();
-  EXPECT_EQ(AcquireTime(), first);
 }
 
 TEST_F(SuiteAccessTest, AnUnknownNameOrVersionAnswersAnErrorAndNoTable) {
@@ -175,16 +165,6 @@ bool EverySlotIsAFunction(const Suite* suite) {
     if (slot == nullptr) return false;
   }
   return true;
-}
-
-TEST_F(SuiteAccessTest, NoSuiteSlotIsNull) {
-  EXPECT_TRUE(EverySlotIsAFunction(Acquire<PrSDKPPixCreatorSuite>(kPrSDKPPixCreatorSuite, 1)));
-  EXPECT_TRUE(EverySlotIsAFunction(Acquire<PrSDKPPixCacheSuite>(kPrSDKPPixCacheSuite, 6)));
-  EXPECT_TRUE(EverySlotIsAFunction(Acquire<PrSDKPPixSuite>(kPrSDKPPixSuite, 1)));
-  EXPECT_TRUE(EverySlotIsAFunction(Acquire<PrSDKPPix2Suite>(kPrSDKPPix2Suite, 3)));
-  EXPECT_TRUE(EverySlotIsAFunction(Acquire<PrSDKTimeSuite>(kPrSDKTimeSuite, 1)));
-  EXPECT_TRUE(EverySlotIsAFunction(Acquire<PrSDKAudioSuite>(kPrSDKAudioSuite, 1)));
-  EXPECT_TRUE(EverySlotIsAFunction(basic()));
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 #include "command_server/requests.h"
 #include "integration/plugin_fixture.h"
-#include "standin_stitcher/omni_standin_introspection.h"
+#include "standin_stitcher/omni_standin_counters.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "integration/plugin_fixture.h"
-#include "standin_stitcher/omni_standin_introspection.h"
+#include "standin_stitcher/omni_standin_counters.h"
 #include "stitcher_api/pr_source.h"
 
 namespace {

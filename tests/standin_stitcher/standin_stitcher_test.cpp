@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "standin_stitcher/omni_standin_introspection.h"
+#include "standin_stitcher/omni_standin_counters.h"
 #include "stitcher_api/pr_source.h"
 #include "support/temp_folder.h"
 
