@@ -1,7 +1,5 @@
 #include "importer/file_info.h"
 
-#include <cstring>
-
 #include "host_sdk/host_assumptions.h"
 #include "importer/file_context.h"
 #include "importer/host_suites.h"
@@ -19,20 +17,6 @@ void WriteFixedAnswers(int32_t interface_version, imFileInfoRec8* info) {
   info->vidInfo.supportsGetSourceVideo = 1;
   info->vidInfo.hasPulldown = 0;
   info->hasDataRate = 1;
-}
-
-PrMemoryHandle LockedPrivateHandle(const PlugMemoryFuncs* memory, imFileInfoRec8* info) {
-  auto handle = static_cast<PrMemoryHandle>(info->privatedata);
-  if (handle != nullptr) {
-    memory->lockHandle(handle);
-    return handle;
-  }
-  handle = memory->newHandle(kPrivateFileRecordSize);
-  info->privatedata = handle;
-  memory->lockHandle(handle);
-  // A record made here belongs to no open file: zero-filled, its context reads as none.
-  std::memset(*handle, 0, kPrivateFileRecordSize);
-  return handle;
 }
 
 void DescribeVideo(const MediaInfo& media, SampleFileHeader* header, imFileInfoRec8* info) {
@@ -133,7 +117,10 @@ int32_t GetFileInfo(const imStdParms* std_parms, const imFileAccessRec8* access,
                     imFileInfoRec8* info) {
   WriteFixedAnswers(std_parms->imInterfaceVer, info);
   const PlugMemoryFuncs* memory = std_parms->piSuites->memFuncs;
-  PrMemoryHandle handle = LockedPrivateHandle(memory, info);
+  void* slot = info->privatedata;
+  bool created = false;
+  PrMemoryHandle handle = LockPrivateHandle(memory, &slot, &created);
+  info->privatedata = slot;
   PrivateFileRecord* record = RecordOf(handle);
   FileContext* context = record->context;
   if (context == nullptr) {

@@ -1,7 +1,5 @@
 #include "importer/file_lifecycle.h"
 
-#include <cstring>
-
 #include "importer/context_registry.h"
 #include "importer/host_suites.h"
 #include "importer/private_file_record.h"
@@ -16,27 +14,15 @@ bool IsClosed(imFileRef file_ref) {
   return reinterpret_cast<intptr_t>(file_ref) == imInvalidHandleValue;
 }
 
-PrMemoryHandle LockedPrivateHandle(const PlugMemoryFuncs* memory, imFileOpenRec8* record) {
-  auto handle = static_cast<PrMemoryHandle>(record->privatedata);
-  if (handle != nullptr) {
-    memory->lockHandle(handle);
-    return handle;
-  }
-  handle = memory->newHandle(kPrivateFileRecordSize);
-  record->privatedata = handle;
-  memory->lockHandle(handle);
-  // Zero-filled, so that fields nothing sets (the signature among them) are zero in every file
-  // written from the record.
-  std::memset(*handle, 0, kPrivateFileRecordSize);
-  RecordOf(handle)->importer_id = static_cast<uint32_t>(record->inImporterID);
-  return handle;
-}
-
 }  // namespace
 
 int32_t OpenFile(const imStdParms* std_parms, imFileRef* file_ref, imFileOpenRec8* record) {
   const PlugMemoryFuncs* memory = std_parms->piSuites->memFuncs;
-  PrMemoryHandle handle = LockedPrivateHandle(memory, record);
+  void* slot = record->privatedata;
+  bool created = false;
+  PrMemoryHandle handle = LockPrivateHandle(memory, &slot, &created);
+  record->privatedata = slot;
+  if (created) RecordOf(handle)->importer_id = static_cast<uint32_t>(record->inImporterID);
 
   const char16_t* host_path = record->fileinfo.filepath;
   auto* context = new FileContext;

@@ -44,5 +44,11 @@ inline PrivateFileRecord* RecordOf(void* private_data) {
   return handle == nullptr ? nullptr : reinterpret_cast<PrivateFileRecord*>(*handle);
 }
 
+// Locks the private-data handle the host keeps in `slot`; when the slot is empty, first allocates a
+// zero-filled record through the host's memory functions and stores it there (`*created` tells).
+// Zero-filled, so that fields nothing sets read as none (the context) or zero (the signature of
+// every file written from the record).
+PrMemoryHandle LockPrivateHandle(const PlugMemoryFuncs* memory, void** slot, bool* created);
+
 // Copies a host path into the record's path field, cut to fit and always terminated.
 void CopyHostPath(const char16_t* path, char16_t (&field)[kPrivatePathCapacity]);
