@@ -98,13 +98,23 @@ int32_t DeliverFrame(const imStdParms* std_parms, imSourceVideoRec* request,
     format->inFrameWidth = record->header.width;
     format->inFrameHeight = record->header.height;
   }
-  const prRect bounds = {0, 0, format->inFrameWidth, format->inFrameHeight};
   const PrPixelFormat pixel_format = format->inPixelFormat;
-  record->creator_suite->CreatePPix(slot, PrPPixBufferAccess_ReadWrite, pixel_format, &bounds);
+  const bool planar = pixel_format == kAnnouncedPixelFormat;
+  // Without the host's frame suites (its information was never asked) or a frame it agreed to
+  // make, there is nothing the stitcher could write into.
+  if (record->creator_suite == nullptr ||
+      (planar ? ppix2 == nullptr : record->ppix_suite == nullptr)) {
+    return malUnknownError;
+  }
+  const prRect bounds = {0, 0, format->inFrameWidth, format->inFrameHeight};
+  if (record->creator_suite->CreatePPix(slot, PrPPixBufferAccess_ReadWrite, pixel_format,
+                                        &bounds) != suiteError_NoError ||
+      *slot == nullptr) {
+    return malUnknownError;
+  }
 
-  const int32_t result = pixel_format == kAnnouncedPixelFormat
-                             ? FetchIntoPlanes(record, ppix2, *slot, index)
-                             : FetchPacked(record, *format, *slot, index);
+  const int32_t result = planar ? FetchIntoPlanes(record, ppix2, *slot, index)
+                                : FetchPacked(record, *format, *slot, index);
   if (result == imNoErr && record->cache_suite != nullptr) {
     record->cache_suite->AddFrameToCache(record->importer_id, kStream, *slot, index, nullptr, 0);
   }

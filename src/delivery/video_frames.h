@@ -9,7 +9,7 @@
 // Answers the frame at `request->inFrameTime` from the host's frame cache, or has the stitched
 // source write it into a new host frame and adds that to the cache. 0; 6 (imNoContent) when the
 // file has no context or its source cannot be re-created; 99 when both tries fail (the new frame
-// then stays in the host's slot, uncached).
+// then stays in the host's slot, uncached) or the host makes no frame of the wanted format.
 int32_t GetSourceVideo(const imStdParms* std_parms, imSourceVideoRec* request);
 
 // One size is offered: the file's own, at index 0. Other indices answer 5 (imOtherErr).

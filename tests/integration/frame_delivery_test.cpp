@@ -163,6 +163,14 @@ TEST_F(FrameDeliveryTest, AnswersNoContentForAFileWithoutAContextAndMakesNoFrame
   EXPECT_EQ(host().frames().live_count(), frames_before);
 }
 
+TEST_F(FrameDeliveryTest, AnswersUnknownErrorWhenTheHostMakesNoFrameOfTheWantedFormat) {
+  HostFile* clip = DescribedClip(kSmallScene);
+  PPixHand frame = nullptr;
+  EXPECT_EQ(clip->RequestFrame(0, {0, 0, PrPixelFormat_Any}, &frame), malUnknownError);
+  EXPECT_EQ(frame, nullptr);
+  EXPECT_EQ(StitchedFrames(clip), 0);
+}
+
 TEST_F(FrameDeliveryTest, OffersTheFilesOwnSizeOnly) {
   HostFile* clip = DescribedClip(kSmallScene);
   int32_t width = 0;
