@@ -45,12 +45,16 @@ int64_t SampleOfFrame(int64_t frame, const SampleFileHeader& header, int32_t sca
                               scale);
 }
 
+// The length of the clip in the trim's units: frames, or sample frames without video.
+int64_t ClipUnits(const SampleFileHeader& header) {
+  return header.has_video != 0 ? header.frame_count : static_cast<int64_t>(header.sample_frames);
+}
+
 // False when the range is empty or starts outside the clip.
 bool RangeOf(const SampleFileHeader& header, const imTrimFileRec8* request, TrimRange* range) {
   const int64_t trim_in = request->trimIn;
   const int64_t duration = request->duration;
-  const int64_t units =
-      header.has_video != 0 ? header.frame_count : static_cast<int64_t>(header.sample_frames);
+  const int64_t units = ClipUnits(header);
   if (trim_in < 0 || duration < 0 || trim_in >= units) return false;
   const int64_t end = duration == 0 ? units : std::min(units, trim_in + duration);
   if (header.has_video == 0) {
@@ -155,8 +159,7 @@ class TrimWriter {
 };
 
 bool CoversWholeClip(const SampleFileHeader& header, const imTrimFileRec8* request) {
-  const int64_t units =
-      header.has_video != 0 ? header.frame_count : static_cast<int64_t>(header.sample_frames);
+  const int64_t units = ClipUnits(header);
   const int32_t duration = request->duration;
   return request->trimIn == 0 && (duration == 0 || duration >= units);
 }

@@ -41,10 +41,7 @@ class CommandClientTest : public ::testing::Test {
     for (const char* name : {"HOMEDRIVE", "HOMEPATH"}) {
       if (const char* value = std::getenv(name)) saved_.emplace_back(name, value);
     }
-    const std::string home = home_.path().string();
-    const size_t split = home.find_last_of("\\/");
-    platform::SetEnvironment("HOMEDRIVE", home.substr(0, split));
-    platform::SetEnvironment("HOMEPATH", home.substr(split));
+    SetHomeDriveAndPath(home_.path().string());
     log_start_ = LogText().size();
   }
 

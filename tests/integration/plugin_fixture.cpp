@@ -21,11 +21,9 @@ class PluginEnvironment : public ::testing::Environment {
  public:
   void SetUp() override {
     const std::string home = home_.path().string();
-    const size_t split = home.find_last_of("\\/");
     std::filesystem::create_directories(home_.path() / "AppData" / "Local");
     platform::SetEnvironment("USERPROFILE", home);
-    platform::SetEnvironment("HOMEDRIVE", home.substr(0, split));
-    platform::SetEnvironment("HOMEPATH", home.substr(split));
+    SetHomeDriveAndPath(home);
     log_file = new std::filesystem::path(home_.path() / "AppData" / "Local" / "quorvel" / "Adobe" /
                                          "Plugin.log");
     server = new command_server::CommandServer();

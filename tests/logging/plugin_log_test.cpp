@@ -118,9 +118,7 @@ TEST_F(PluginLogTest, DropsDebugLines) {
 TEST_F(PluginLogTest, FindsTheFolderFromHomeDriveAndHomePathWithoutUserProfile) {
   fs::path profile = MakeProfile();
   std::string text = profile.string();
-  size_t split = text.find_last_of("\\/");
-  platform::SetEnvironment("HOMEDRIVE", text.substr(0, split));
-  platform::SetEnvironment("HOMEPATH", text.substr(split));
+  SetHomeDriveAndPath(text);
   PluginLog log(FixedClock);
   EXPECT_EQ(log.folder(), text + "\\AppData\\Local\\quorvel\\Adobe");
   EXPECT_TRUE(fs::exists(LogFolderOf(profile) / "Plugin.log"));

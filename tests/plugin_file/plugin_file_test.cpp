@@ -8,7 +8,6 @@
 #include "command_server/command_server.h"
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
-#include "platform/environment.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -29,9 +28,7 @@ TEST(PluginFileTest, ExportsTheEntryPointAndTheStitchingLibrarysStatics) {
 TEST(PluginFileTest, ShutsDownWhileConnectedWithinOnePauseAndUnloads) {
   TempFolder home;
   const std::string home_path = home.path().string();
-  const size_t split = home_path.find_last_of("\\/");
-  platform::SetEnvironment("HOMEDRIVE", home_path.substr(0, split));
-  platform::SetEnvironment("HOMEPATH", home_path.substr(split));
+  SetHomeDriveAndPath(home_path);
   command_server::CommandServer server;
   ASSERT_TRUE(server.WritePortFile(home_path));
 

@@ -5,6 +5,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/environment.h"
+
 namespace {
 
 std::atomic<int> folder_count{0};
@@ -42,4 +44,10 @@ std::string ReadWholeFile(const std::filesystem::path& path) {
 
 std::u16string HostPath(const std::string& native_path) {
   return u"\\\\?\\" + std::filesystem::u8path(native_path).u16string();
+}
+
+void SetHomeDriveAndPath(const std::string& folder) {
+  const size_t split = folder.find_last_of("\\/");
+  platform::SetEnvironment("HOMEDRIVE", folder.substr(0, split));
+  platform::SetEnvironment("HOMEPATH", folder.substr(split));
 }

@@ -28,3 +28,7 @@ std::string ReadWholeFile(const std::filesystem::path& path);
 
 // The wide form of `native_path` as the host hands it to the plug-in: with the "\\?\" prefix.
 std::u16string HostPath(const std::string& native_path);
+
+// Sets HOMEDRIVE and HOMEPATH so that together they name `folder`, as Windows splits a profile
+// folder between them.
+void SetHomeDriveAndPath(const std::string& folder);
