@@ -41,6 +41,24 @@ if(WIN32)
   target_link_libraries(quorvel_asio INTERFACE ws2_32 mswsock)
 endif()
 
+# rapidjson, configured once for every target that uses it: its configuration header comes before
+# any rapidjson header in every file of those targets.
+add_library(quorvel_json INTERFACE)
+target_link_libraries(quorvel_json INTERFACE quorvel_third_party)
+set(QUORVEL_RAPIDJSON_CONFIG ${PROJECT_SOURCE_DIR}/src/json/rapidjson_config.h)
+if(MSVC)
+  target_compile_options(quorvel_json INTERFACE /FI${QUORVEL_RAPIDJSON_CONFIG})
+else()
+  target_compile_options(quorvel_json INTERFACE "SHELL:-include ${QUORVEL_RAPIDJSON_CONFIG}")
+endif()
+
+# GCC marks some statics of inline functions and templates as unique symbols, which keep a shared
+# object mapped after dlclose: the plug-in (and the stand-in stitcher, which binds to it) loaded
+# again would find its statics as the last load left them.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32)
+  add_compile_options(-fno-gnu-unique)
+endif()
+
 option(QUORVEL_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 # The alignment check stays off: the stitching library's MediaInfo is byte-packed with a string at
 # an odd offset, a layout the plug-in must share with it as it is.

@@ -6,10 +6,6 @@
 #include <iterator>
 #include <limits>
 
-// A broken assumption about a document must stop the program in every build type.
-#ifndef RAPIDJSON_ASSERT
-#define RAPIDJSON_ASSERT(x) ((x) ? static_cast<void>(0) : std::abort())
-#endif
 #include <rapidjson/document.h>
 
 namespace omni_standin {

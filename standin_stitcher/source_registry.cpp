@@ -54,8 +54,8 @@ class Registry {
     if (!source) return;
     {
       std::lock_guard<std::mutex> lock(mutex_);
-      auto* standin = dynamic_cast<StandinSource*>(source.get());
-      auto found = standin != nullptr ? entries_.find(standin->path()) : entries_.end();
+      auto* standin = static_cast<StandinSource*>(source.get());
+      auto found = entries_.find(standin->path());
       if (found != entries_.end()) {
         PathEntry& entry = *found->second;
         entry.state.Count(kOmniStandinDestroy);

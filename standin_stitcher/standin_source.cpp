@@ -58,8 +58,8 @@ StandinSource::~StandinSource() { live_sources.fetch_sub(1); }
 
 int64_t StandinSource::Live() { return live_sources.load(); }
 
-int32_t StandinSource::GetVideoFrame(int64_t frame_index, int32_t width, int32_t height,
-                                     uint8_t** planes, int* strides) {
+int32_t StandinSource::WriteVideo(int64_t frame_index, int32_t width, int32_t height,
+                                  uint8_t** planes, const int* strides) {
   path_state_->Count(kOmniStandinGetVideoFrame);
   const InjectedFaults& faults = project_.faults;
   if (faults.video_delay_ms > 0) {
@@ -94,7 +94,7 @@ int32_t StandinSource::GetVideoFrame(int64_t frame_index, int32_t width, int32_t
   return 0;
 }
 
-int32_t StandinSource::GetAudioFrame(int64_t start, int64_t count, float** buffers) {
+int32_t StandinSource::WriteAudio(int64_t start, int64_t count, float** buffers) {
   path_state_->Count(kOmniStandinGetAudioFrame);
   if (count <= 0) return 0;
   for (int32_t c = 0; c < project_.audio_channels; ++c) {
@@ -106,7 +106,7 @@ int32_t StandinSource::GetAudioFrame(int64_t start, int64_t count, float** buffe
   return 0;
 }
 
-bool StandinSource::Update() {
+bool StandinSource::AdvanceUpdate() {
   path_state_->Count(kOmniStandinUpdate);
   path_state_->AdvanceGeneration();
   return true;
@@ -128,3 +128,16 @@ void StandinSource::Describe(MediaInfo* info) const {
 }
 
 }  // namespace omni_standin
+
+// Every PRSource the stand-in hands out is a StandinSource.
+int32_t PRSource::GetVideoFrame(int64_t frame_index, int32_t width, int32_t height,
+                                uint8_t** planes, int* strides) {
+  return static_cast<omni_standin::StandinSource*>(this)->WriteVideo(frame_index, width, height,
+                                                                     planes, strides);
+}
+
+int32_t PRSource::GetAudioFrame(int64_t start, int64_t count, float** buffers) {
+  return static_cast<omni_standin::StandinSource*>(this)->WriteAudio(start, count, buffers);
+}
+
+bool PRSource::Update() { return static_cast<omni_standin::StandinSource*>(this)->AdvanceUpdate(); }

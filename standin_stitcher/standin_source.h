@@ -1,5 +1,6 @@
-// The stand-in's PRSource: draws the test scene and sounds the test tones of one project file,
-// and injects the faults that the file asks for.
+// What stands behind the stand-in's opaque PRSource: draws the test scene and sounds the test tones
+// of one project file, and injects the faults that the file asks for. PRSource's exported calls
+// forward here.
 #pragma once
 
 #include <cstdint>
@@ -16,22 +17,22 @@ class StandinSource final : public PRSource {
  public:
   // `path_state` is the state of `path` and must outlive the source.
   StandinSource(std::string path, ProjectFile project, PathState* path_state);
-  ~StandinSource() override;
+  ~StandinSource();
   StandinSource(const StandinSource&) = delete;
   StandinSource& operator=(const StandinSource&) = delete;
 
   // Returns 1 for an index outside the clip, an injected fault, or a size, plane or stride the
   // picture cannot be written to.
-  int32_t GetVideoFrame(int64_t frame_index, int32_t width, int32_t height, uint8_t** planes,
-                        int* strides) override;
+  int32_t WriteVideo(int64_t frame_index, int32_t width, int32_t height, uint8_t** planes,
+                     const int* strides);
 
   // Channel c is a sine of 220 * (c + 1) Hz at amplitude 0.25, a pure function of the absolute
   // sample number, so it is phase-continuous across calls and does not stop at the clip's end.
   // Returns 1, writing nothing, when a channel buffer is missing.
-  int32_t GetAudioFrame(int64_t start, int64_t count, float** buffers) override;
+  int32_t WriteAudio(int64_t start, int64_t count, float** buffers);
 
   // Advances the path's update generation, which changes the scene's palette.
-  bool Update() override;
+  bool AdvanceUpdate();
 
   void Describe(MediaInfo* info) const;
 

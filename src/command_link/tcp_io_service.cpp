@@ -4,8 +4,6 @@
 #include <mutex>
 #include <utility>
 
-#include "platform/sockets.h"
-
 namespace command_link {
 
 namespace {
@@ -26,12 +24,6 @@ ServiceRegistry& Registry() {
 std::atomic<int> running_workers{0};
 
 }  // namespace
-
-TcpIoService::SocketsLayer::SocketsLayer() : started(platform::StartSockets()) {}
-
-TcpIoService::SocketsLayer::~SocketsLayer() {
-  if (started) platform::StopSockets();
-}
 
 TcpIoService::TcpIoService() : work_(asio::make_work_guard(io_context_)) {}
 

@@ -8,6 +8,8 @@
 #include <memory>
 #include <thread>
 
+#include "platform/sockets.h"
+
 namespace command_link {
 
 class TcpIoService : public std::enable_shared_from_this<TcpIoService> {
@@ -36,13 +38,9 @@ class TcpIoService : public std::enable_shared_from_this<TcpIoService> {
   void StopWorker();
   static void RunWorker(std::shared_ptr<TcpIoService> service);
 
-  // Holds the system's sockets layer while the service lives, so that clients work whether or
-  // not the host's start-up started it. Declared first: sockets and io_context end before it.
-  struct SocketsLayer {
-    SocketsLayer();
-    ~SocketsLayer();
-    const bool started;
-  } sockets_layer_;
+  // Held while the service lives, so that clients work whether or not the host's start-up started
+  // it. Declared first: sockets and io_context end before it.
+  platform::ScopedSockets sockets_;
   asio::io_context io_context_;
   // Keeps run() going while clients exist; reset by the last client only.
   asio::executor_work_guard<asio::io_context::executor_type> work_;

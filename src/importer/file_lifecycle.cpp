@@ -6,6 +6,7 @@
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "platform/file_handles.h"
+#include "platform/stitching_library.h"
 #include "stitcher_api/path_conversion.h"
 
 namespace {
@@ -31,7 +32,10 @@ int32_t OpenFile(const imStdParms* std_parms, imFileRef* file_ref, imFileOpenRec
                           context->path.c_str());
   context->utf8_path = Utf8Path(host_path);
 
-  context->source = PrSourceFactory::Create(context->path, &context->media_info);
+  // Nothing calls into a stitching library that is not there.
+  if (platform::LoadStitchingLibrary().loaded) {
+    context->source = PrSourceFactory::Create(context->path, &context->media_info);
+  }
   if (!context->source) {
     PluginLog::Get()->Write(kLogError, kLogSource, log_site::kPRSourceFailed, " PRSource failed.");
     delete context;

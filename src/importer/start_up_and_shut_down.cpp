@@ -8,6 +8,7 @@
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "platform/sockets.h"
+#include "platform/stitching_library.h"
 
 namespace {
 
@@ -35,6 +36,13 @@ int32_t StartUp(const imStdParms* std_parms, imImportInfoRec* capabilities,
   if (!start_sockets()) {
     PluginLog::Get()->Write(kLogError, kLogSource, log_site::kWsaStartupFailure,
                             "WSAStartup() failure");
+  }
+  const platform::StitchingLibraryLoad stitcher = platform::LoadStitchingLibrary();
+  if (!stitcher.loaded) {
+    // The plug-in stays loaded and answers; every open fails until the library is in place.
+    PluginLog::Get()->Write(kLogError, kLogSource, log_site::kStitchingLibraryMissing,
+                            "Stitching library could not be loaded from %s (error %lu)",
+                            stitcher.path.c_str(), stitcher.error);
   }
   try {
     command_thread = std::thread(CommandClient);

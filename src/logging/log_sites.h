@@ -7,8 +7,10 @@
 
 namespace log_site {
 
-// Start-up and shut-down.
+// The entry point, start-up and shut-down.
+constexpr int32_t kSelectorException = 96;
 constexpr int32_t kWsaStartupFailure = 118;
+constexpr int32_t kStitchingLibraryMissing = 124;
 constexpr int32_t kCommandThreadStartFailure = 131;
 constexpr int32_t kShuttingDown = 163;
 

@@ -25,22 +25,26 @@
 #define QUORVEL_PLUGIN_API
 #endif
 
-// One stitched source. Calls on one source are not thread-safe: callers serialise them.
+// One stitched source, opaque to the plug-in: the library makes it, owns its inside and frees it
+// through the shared reference's own deleter. Its three calls are plain member functions that the
+// library exports. Calls on one source are not thread-safe: callers serialise them.
 class PRSource {
  public:
-  virtual ~PRSource() = default;
-
   // Writes the stitched picture of `frame_index` at width x height. With three plane pointers
   // and strides: planar YUV 4:2:0. With planes[1] null: packed 4-byte pixels, rows tightly
   // packed, top row first, strides unused. Returns 0 on success.
-  virtual int32_t GetVideoFrame(int64_t frame_index, int32_t width, int32_t height,
-                                uint8_t** planes, int* strides) = 0;
+  OMNISTITCHER_API int32_t GetVideoFrame(int64_t frame_index, int32_t width, int32_t height,
+                                         uint8_t** planes, int* strides);
 
   // Writes `count` float sample frames from `start` into each channel buffer.
-  virtual int32_t GetAudioFrame(int64_t start, int64_t count, float** buffers) = 0;
+  OMNISTITCHER_API int32_t GetAudioFrame(int64_t start, int64_t count, float** buffers);
 
   // Re-reads the stitching parameters.
-  virtual bool Update() = 0;
+  OMNISTITCHER_API bool Update();
+
+ protected:
+  PRSource() = default;
+  ~PRSource() = default;
 };
 
 class PrSourceFactory {

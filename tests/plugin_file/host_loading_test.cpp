@@ -1,75 +1,236 @@
-// What Premiere checks before it treats a DLL as an importer, checked with the Win32 calls it uses.
+// What Premiere does with a DLL in its plug-in folder, done with the Win32 calls it uses: the
+// plug-in file is loaded by full path from a folder that is not the host program's, with the
+// stitching library beside it (or missing).
 #include <gtest/gtest.h>
+// Winsock first: it must come before windows.h.
+#include <winsock2.h>
+
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "host_sim/host_file.h"
+#include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
+#include "platform/dynamic_library.h"
+#include "support/temp_folder.h"
 
 namespace {
 
-std::wstring PluginPathW() {
-  std::string path = host_sim::DefaultPluginPath();
-  return std::wstring(path.begin(), path.end());
+namespace fs = std::filesystem;
+
+constexpr char kStitcher[] = "OmniStitcher.dll";
+
+std::string Lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), ::tolower);
+  return text;
 }
 
-class HostLoadingTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    module_ = LoadLibraryW(PluginPathW().c_str());
-    ASSERT_NE(module_, nullptr) << "LoadLibraryW error " << GetLastError();
-  }
-  void TearDown() override {
-    if (module_ != nullptr) FreeLibrary(module_);
+// A loaded module's import and delay-import tables, read from its image.
+class ModuleImage {
+ public:
+  explicit ModuleImage(HMODULE module) : base_(reinterpret_cast<const BYTE*>(module)) {}
+
+  // Lower-case names of the DLLs in the import table.
+  std::vector<std::string> ImportedDlls() const {
+    std::vector<std::string> names;
+    auto* descriptor = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT));
+    for (; descriptor->Name != 0; ++descriptor) names.push_back(Lower(At<char>(descriptor->Name)));
+    return names;
   }
 
-  std::vector<std::string> ImportedDllNames() const {
-    auto* base = reinterpret_cast<const BYTE*>(module_);
-    auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-    auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS64*>(base + dos->e_lfanew);
-    const IMAGE_DATA_DIRECTORY& imports =
-        nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+  // The functions delay-imported from `dll`, by name.
+  std::vector<std::string> DelayImportedFunctions(const std::string& dll) const {
     std::vector<std::string> names;
-    auto* descriptor =
-        reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports.VirtualAddress);
-    for (; descriptor->Name != 0; ++descriptor) {
-      std::string name = reinterpret_cast<const char*>(base + descriptor->Name);
-      std::transform(name.begin(), name.end(), name.begin(), ::tolower);
-      names.push_back(name);
+    const DelayDescriptor* descriptor = FindDelayDescriptor(dll);
+    if (descriptor == nullptr) return names;
+    for (auto* thunk = At<ULONGLONG>(descriptor->name_table); *thunk != 0; ++thunk) {
+      if ((*thunk & IMAGE_ORDINAL_FLAG64) == 0) {
+        names.push_back(At<IMAGE_IMPORT_BY_NAME>(static_cast<DWORD>(*thunk))->Name);
+      }
     }
     return names;
   }
 
-  HMODULE module_ = nullptr;
+ private:
+  // The delay-load descriptor as the system's delay-load helper reads it; addresses are RVAs.
+  struct DelayDescriptor {
+    DWORD attributes;
+    DWORD dll_name;
+    DWORD module_handle;
+    DWORD address_table;
+    DWORD name_table;
+    DWORD bound_address_table;
+    DWORD unload_address_table;
+    DWORD time_stamp;
+  };
+
+  template <typename T>
+  const T* At(DWORD rva) const {
+    return reinterpret_cast<const T*>(base_ + rva);
+  }
+
+  const IMAGE_NT_HEADERS64* Headers() const {
+    return At<IMAGE_NT_HEADERS64>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
+  }
+
+  DWORD Directory(int entry) const {
+    return Headers()->OptionalHeader.DataDirectory[entry].VirtualAddress;
+  }
+
+  bool Names(DWORD rva, const std::string& dll) const { return Lower(At<char>(rva)) == Lower(dll); }
+
+  // From the delay-import directory when the linker filled it (MSVC does); GNU ld leaves it
+  // empty, so otherwise the descriptor is found in the image by its DLL name.
+  const DelayDescriptor* FindDelayDescriptor(const std::string& dll) const {
+    if (DWORD directory = Directory(IMAGE_DIRECTORY_ENTRY_DELAY_IMPORT)) {
+      for (auto* d = At<DelayDescriptor>(directory); d->dll_name != 0; ++d) {
+        if (Names(d->dll_name, dll)) return d;
+      }
+      return nullptr;
+    }
+    const IMAGE_NT_HEADERS64* headers = Headers();
+    const IMAGE_SECTION_HEADER* section = IMAGE_FIRST_SECTION(headers);
+    for (WORD s = 0; s < headers->FileHeader.NumberOfSections; ++s, ++section) {
+      if ((section->Characteristics & IMAGE_SCN_MEM_DISCARDABLE) != 0) continue;
+      const DWORD end = section->VirtualAddress + section->Misc.VirtualSize;
+      for (DWORD rva = section->VirtualAddress; rva + sizeof(DelayDescriptor) <= end; rva += 4) {
+        auto* d = At<DelayDescriptor>(rva);
+        if (d->attributes == 1 && d->dll_name > 0 &&
+            d->dll_name < headers->OptionalHeader.SizeOfImage && d->name_table > 0 &&
+            Names(d->dll_name, dll)) {
+          return d;
+        }
+      }
+    }
+    return nullptr;
+  }
+
+  const BYTE* base_;
 };
 
-TEST_F(HostLoadingTest, ExportsXImportEntryUndecorated) {
-  EXPECT_NE(GetProcAddress(module_, "xImportEntry"), nullptr);
+fs::path BuiltFile(const std::string& name) {
+  return fs::u8path(platform::ExecutableFolder()) / name;
 }
 
-TEST_F(HostLoadingTest, CarriesTheImporterResource) {
-  HRSRC resource = FindResourceW(module_, MAKEINTRESOURCEW(1000), L"IMPT");
+// The Plugin.log of the profile that every test program logs into.
+std::string PluginLogText() {
+  return ReadWholeFile(fs::u8path(std::getenv("USERPROFILE")) / "AppData" / "Local" / "quorvel" /
+                       "Adobe" / "Plugin.log");
+}
+
+class HostLoadingTest : public ::testing::Test {
+ protected:
+  // The plug-in file in a plug-in folder of its own, with the stitching library beside it or not.
+  std::string InstallPlugin(bool with_stitcher) {
+    const fs::path folder = plugins_.path() / (with_stitcher ? "Complete" : "Incomplete");
+    fs::create_directories(folder);
+    const std::string plugin = host_sim::DefaultPluginPath();
+    fs::copy_file(fs::u8path(plugin), folder / fs::u8path(plugin).filename());
+    if (with_stitcher) fs::copy_file(BuiltFile(kStitcher), folder / kStitcher);
+    return (folder / fs::u8path(plugin).filename()).u8string();
+  }
+
+  TempFolder plugins_;
+  TempFolder clips_;
+};
+
+TEST_F(HostLoadingTest, IsAnImporterThatDelayLoadsTheStitchingLibrary) {
+  host_sim::PluginModule plugin(host_sim::DefaultPluginPath());
+  ASSERT_TRUE(plugin.loaded()) << plugin.error();
+  HMODULE module = GetModuleHandleW(L"QuorvelOmniImporter.prm");
+  ASSERT_NE(module, nullptr);
+  EXPECT_NE(GetProcAddress(module, "xImportEntry"), nullptr);
+
+  HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(1000), L"IMPT");
   ASSERT_NE(resource, nullptr);
-  ASSERT_EQ(SizeofResource(module_, resource), 4u);
+  ASSERT_EQ(SizeofResource(module, resource), 4u);
   uint32_t code = 0;
-  std::memcpy(&code, LockResource(LoadResource(module_, resource)), sizeof(code));
+  std::memcpy(&code, LockResource(LoadResource(module, resource)), sizeof(code));
   EXPECT_EQ(code, 0x0071766Fu);
-}
 
-TEST_F(HostLoadingTest, ImportsOnlySystemDllsAndTheStitchingLibrary) {
   const std::vector<std::string> system_dlls = {"kernel32.dll", "ws2_32.dll",   "msvcrt.dll",
                                                 "user32.dll",   "advapi32.dll", "ntdll.dll",
                                                 "ucrtbase.dll"};
-  std::vector<std::string> names = ImportedDllNames();
-  EXPECT_NE(std::find(names.begin(), names.end(), "omnistitcher.dll"), names.end());
-  for (const std::string& name : names) {
-    bool allowed = name == "omnistitcher.dll" || name.rfind("api-ms-win-", 0) == 0 ||
-                   std::find(system_dlls.begin(), system_dlls.end(), name) != system_dlls.end();
-    EXPECT_TRUE(allowed) << name;
+  for (const std::string& name : ModuleImage(module).ImportedDlls()) {
+    bool system = name.rfind("api-ms-win-", 0) == 0 ||
+                  std::find(system_dlls.begin(), system_dlls.end(), name) != system_dlls.end();
+    EXPECT_TRUE(system) << name << " is loaded with the plug-in, wherever it is searched for";
   }
+  std::vector<std::string> delayed = ModuleImage(module).DelayImportedFunctions(kStitcher);
+  for (const char* call : {"_ZN15PrSourceFactory6CreateERKNSt7__cxx1112basic_stringIcSt11char_"
+                           "traitsIcESaIcEEEP9MediaInfo",
+                           "_ZN15PrSourceFactory7DestroyERSt10shared_ptrI8PRSourceE",
+                           "_ZN8PRSource13GetVideoFrameExiiPPhPi",
+                           "_ZN8PRSource13GetAudioFrameExxPPf", "_ZN8PRSource6UpdateEv"}) {
+    EXPECT_NE(std::find(delayed.begin(), delayed.end(), call), delayed.end()) << call;
+  }
+}
+
+TEST_F(HostLoadingTest, LoadingStartsNoWinsock) {
+  ASSERT_EQ(WSACleanup(), SOCKET_ERROR);
+  ASSERT_EQ(WSAGetLastError(), WSANOTINITIALISED) << "the test program itself started Winsock";
+  host_sim::PluginModule plugin(host_sim::DefaultPluginPath());
+  ASSERT_TRUE(plugin.loaded()) << plugin.error();
+  EXPECT_EQ(WSACleanup(), SOCKET_ERROR);
+  EXPECT_EQ(WSAGetLastError(), WSANOTINITIALISED);
+}
+
+TEST_F(HostLoadingTest, LoadsAndAnswersWithoutTheStitchingLibrary) {
+  const std::string plugin_path = InstallPlugin(false);
+  host_sim::PluginModule plugin(plugin_path);
+  ASSERT_TRUE(plugin.loaded()) << plugin.error();
+  {
+    host_sim::HostSession session(plugin, 23);
+    imImportInfoRec capabilities;
+    EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
+    const std::string tried = (plugins_.path() / "Incomplete" / kStitcher).u8string();
+    EXPECT_NE(PluginLogText().find("ERROR Stitching library could not be loaded from " + tried +
+                                   " (error 126) SDK_File_Import:124"),
+              std::string::npos);
+
+    int32_t last_result = 0;
+    session.FileTypes(&last_result);
+    const std::string path = clips_.WriteFile("clip.qvo", "{}");
+    host_sim::HostFile clip(session, path, session.FileTypeFor(path)->file_type);
+    EXPECT_EQ(clip.Open(), malUnknownError);
+    EXPECT_NE(PluginLogText().find("ERROR  PRSource failed. SDK_File_Import:862"),
+              std::string::npos);
+    EXPECT_EQ(session.ShutDown(), imNoErr);
+  }
+  EXPECT_TRUE(plugin.Unload());
+}
+
+TEST_F(HostLoadingTest, FindsTheStitchingLibraryBesideThePluginAndNotBesideTheHost) {
+  host_sim::PluginModule plugin(InstallPlugin(true));
+  ASSERT_TRUE(plugin.loaded()) << plugin.error();
+  {
+    host_sim::HostSession session(plugin, 23);
+    imImportInfoRec capabilities;
+    EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
+    int32_t last_result = 0;
+    session.FileTypes(&last_result);
+    const std::string path = clips_.WriteFile("clip.qvo", R"({"width": 64, "height": 32})");
+    host_sim::HostFile clip(session, path, session.FileTypeFor(path)->file_type);
+    ASSERT_EQ(clip.Open(), imNoErr);
+    ASSERT_EQ(clip.GetInfo(), imNoErr);
+
+    wchar_t loaded_from[MAX_PATH] = {};
+    GetModuleFileNameW(GetModuleHandleW(L"OmniStitcher.dll"), loaded_from, MAX_PATH);
+    EXPECT_EQ(fs::path(loaded_from).parent_path(), (plugins_.path() / "Complete"));
+
+    PPixHand frame = nullptr;
+    EXPECT_EQ(clip.RequestFrame(0, {0, 0, 0x46317659}, &frame), imNoErr);
+    EXPECT_NE(frame, nullptr);
+    EXPECT_EQ(clip.Close(), imNoErr);
+    EXPECT_EQ(session.ShutDown(), imNoErr);
+  }
+  EXPECT_TRUE(plugin.Unload());
 }
 
 }  // namespace

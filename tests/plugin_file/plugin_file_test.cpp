@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstring>
+#include <string>
 
 #include "command_server/command_server.h"
 #include "host_sim/host_session.h"
@@ -24,28 +25,31 @@ TEST(PluginFileTest, ExportsTheEntryPointAndTheStitchingLibrarysStatics) {
 }
 
 // Runs with the production values: the command thread connects on its first pass, and shut-down
-// waits at most for the pause the thread is in.
-TEST(PluginFileTest, ShutsDownWhileConnectedWithinOnePauseAndUnloads) {
+// waits at most for the pause the thread is in. A plug-in unloaded and loaded again starts afresh.
+TEST(PluginFileTest, ShutsDownWhileConnectedWithinOnePauseUnloadsAndStartsAgain) {
   TempFolder home;
   const std::string home_path = home.path().string();
   SetHomeDriveAndPath(home_path);
   command_server::CommandServer server;
   ASSERT_TRUE(server.WritePortFile(home_path));
 
-  host_sim::PluginModule plugin(host_sim::DefaultPluginPath());
-  ASSERT_TRUE(plugin.loaded()) << plugin.error();
-  host_sim::HostSession session(plugin, 6);
-  imImportInfoRec capabilities;
-  EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
-  ASSERT_TRUE(server.WaitForConnection(std::chrono::seconds(10)));
-  const int32_t words[] = {capabilities.canSave, capabilities.canTrim,
-                           capabilities.avoidAudioConform};
-  EXPECT_THAT(words, ::testing::Each(1));
-  const auto shutting_down = std::chrono::steady_clock::now();
-  EXPECT_EQ(session.ShutDown(), imNoErr);
-  EXPECT_LT(std::chrono::steady_clock::now() - shutting_down, std::chrono::milliseconds(3500));
-  EXPECT_TRUE(server.WaitForDisconnection(std::chrono::seconds(2)));
-  EXPECT_TRUE(plugin.Unload());
+  for (int load = 1; load <= 2; ++load) {
+    SCOPED_TRACE("load " + std::to_string(load));
+    host_sim::PluginModule plugin(host_sim::DefaultPluginPath());
+    ASSERT_TRUE(plugin.loaded()) << plugin.error();
+    host_sim::HostSession session(plugin, 6);
+    imImportInfoRec capabilities;
+    EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
+    ASSERT_TRUE(server.WaitForConnection(std::chrono::seconds(10)));
+    const int32_t words[] = {capabilities.canSave, capabilities.canTrim,
+                             capabilities.avoidAudioConform};
+    EXPECT_THAT(words, ::testing::Each(1));
+    const auto shutting_down = std::chrono::steady_clock::now();
+    EXPECT_EQ(session.ShutDown(), imNoErr);
+    EXPECT_LT(std::chrono::steady_clock::now() - shutting_down, std::chrono::milliseconds(3500));
+    EXPECT_TRUE(server.WaitForDisconnection(std::chrono::seconds(2)));
+    EXPECT_TRUE(plugin.Unload());
+  }
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "command_server/message_splitter.h"
 #include "command_server/peer_connection.h"
 #include "command_server/server_state.h"
+#include "platform/sockets.h"
 
 namespace command_server {
 
@@ -43,6 +44,8 @@ class ServerIo {
   void OnBytes(const char* data, std::size_t size);
   void OnPeerClosed();
 
+  // Held while the server lives: in a process with the plug-in's code, Asio leaves it to its users.
+  platform::ScopedSockets sockets_;
   asio::io_context io_;
   asio::ip::tcp::acceptor acceptor_;
   const uint16_t port_;

@@ -4,10 +4,6 @@
 #include <cstdlib>
 #include <sstream>
 
-// A broken assumption about a document must stop the program in every build type.
-#ifndef RAPIDJSON_ASSERT
-#define RAPIDJSON_ASSERT(x) ((x) ? static_cast<void>(0) : std::abort())
-#endif
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 
