@@ -75,6 +75,9 @@ bool RangeOf(const SampleFileHeader& header, const imTrimFileRec8* request, Trim
   return true;
 }
 
+// How a copy ended: a stop by the host is not a failure.
+enum class CopyOutcome { kDone, kStopped, kFailed };
+
 bool WriteAll(platform::FileHandle file, const void* bytes, uint32_t count) {
   uint32_t written = count;
   return WriteFileChecked(file, bytes, &written) == 0;
@@ -86,34 +89,55 @@ class TrimWriter {
              const SampleFileHeader& header, const Progress& progress)
       : source_(source), target_(target), header_(header), progress_(progress) {}
 
-  bool WriteHeader(const TrimRange& range, bool keep_video, bool keep_audio) {
+  // The header, the frames, then the sound. When the host stops the copy, the frames copied so
+  // far are kept and the header is written again to describe just them: the sound, which comes
+  // after every frame, is then incomplete or missing.
+  CopyOutcome Copy(const TrimRange& range, bool keep_video, bool keep_audio) {
+    if (!WriteHeader(range.frame_count, keep_video, range.sample_count, keep_audio)) {
+      return CopyOutcome::kFailed;
+    }
+    int64_t frames_copied = 0;
+    CopyOutcome outcome = keep_video ? CopyFrames(range, &frames_copied) : CopyOutcome::kDone;
+    if (outcome == CopyOutcome::kDone && keep_audio) outcome = CopyAudio(range);
+    if (outcome != CopyOutcome::kStopped) return outcome;
+    return platform::SeekFromStart64(target_, 0) &&
+                   WriteHeader(frames_copied, keep_video, 0, false)
+               ? CopyOutcome::kStopped
+               : CopyOutcome::kFailed;
+  }
+
+ private:
+  bool WriteHeader(int64_t frame_count, bool keep_video, int64_t sample_count, bool keep_audio) {
     SampleFileHeader trimmed = header_;
-    trimmed.frame_count = keep_video ? static_cast<uint32_t>(range.frame_count) : 0;
+    trimmed.frame_count = keep_video ? static_cast<uint32_t>(frame_count) : 0;
     trimmed.has_video = keep_video ? header_.has_video : 0;
-    trimmed.sample_frames = keep_audio ? static_cast<uint64_t>(range.sample_count) : 0;
+    trimmed.sample_frames = keep_audio ? static_cast<uint64_t>(sample_count) : 0;
     trimmed.has_audio = keep_audio ? header_.has_audio : 0;
     return WriteAll(target_, &trimmed, kSampleFileHeaderSize);
   }
 
-  bool CopyFrames(const TrimRange& range) {
+  CopyOutcome CopyFrames(const TrimRange& range, int64_t* frames_copied) {
     const uint32_t frame_bytes = FrameBytes();
     std::vector<uint8_t> frame(frame_bytes);
     for (int64_t k = 0; k < range.frame_count; ++k) {
       const auto index = static_cast<uint32_t>(range.first_frame + k);
-      if (ReadSampleFrame(source_, frame_bytes, index, frame.data()) != 0) return false;
+      if (ReadSampleFrame(source_, frame_bytes, index, frame.data()) != 0) {
+        return CopyOutcome::kFailed;
+      }
       if (!WriteAll(target_, frame.data(), frame_bytes) ||
           !WriteAll(target_, kFrameSeparator, kFrameSeparatorSize)) {
-        return false;
+        return CopyOutcome::kFailed;
       }
-      if (!progress_.Report(k + 1, range.frame_count, 0)) return false;
+      *frames_copied = k + 1;
+      if (!progress_.Report(k + 1, range.frame_count, 0)) return CopyOutcome::kStopped;
     }
-    return true;
+    return CopyOutcome::kDone;
   }
 
   // Channel after channel, in blocks of at most one second.
-  bool CopyAudio(const TrimRange& range) {
+  CopyOutcome CopyAudio(const TrimRange& range) {
     const int32_t channels = ChannelCountOfType(header_.channel_type);
-    if (channels <= 0 || range.sample_count <= 0) return true;
+    if (channels <= 0 || range.sample_count <= 0) return CopyOutcome::kDone;
     const int64_t block_samples = std::max<int64_t>(1, static_cast<int64_t>(header_.sample_rate));
     const int64_t blocks_per_channel = (range.sample_count + block_samples - 1) / block_samples;
     const int64_t total_blocks = blocks_per_channel * channels;
@@ -128,15 +152,16 @@ class TrimWriter {
         if (!platform::SeekFromStart64(source_, offset) ||
             !platform::ReadFromFile(source_, block.data(), bytes, &read) ||
             !WriteAll(target_, block.data(), bytes)) {
-          return false;
+          return CopyOutcome::kFailed;
         }
-        if (!progress_.Report(++done, total_blocks, kProgressTotal / 2)) return false;
+        if (!progress_.Report(++done, total_blocks, kProgressTotal / 2)) {
+          return CopyOutcome::kStopped;
+        }
       }
     }
-    return true;
+    return CopyOutcome::kDone;
   }
 
- private:
   uint32_t FrameBytes() const {
     return static_cast<uint32_t>(header_.width) * static_cast<uint32_t>(header_.height) *
            BytesPerPixelForCodec(header_.video_codec);
@@ -188,12 +213,10 @@ int32_t TrimFile(const imFileAccessRec8* source, const imTrimFileRec8* request) 
   TrimWriter writer(source_file, target_file, header, progress);
   const bool keep_video = request->keepVideo != 0 && header.has_video != 0;
   const bool keep_audio = request->keepAudio != 0 && header.has_audio != 0;
-  const bool written = writer.WriteHeader(range, keep_video, keep_audio) &&
-                       (!keep_video || writer.CopyFrames(range)) &&
-                       (!keep_audio || writer.CopyAudio(range));
+  const CopyOutcome outcome = writer.Copy(range, keep_video, keep_audio);
   platform::CloseFileHandle(target_file);
   platform::CloseFileHandle(source_file);
-  if (!written) {
+  if (outcome == CopyOutcome::kFailed) {
     platform::DeleteFileAt(target_path);
     return imDiskErr;
   }

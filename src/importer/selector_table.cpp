@@ -1,6 +1,7 @@
 #include "importer/selector_table.h"
 
 #include <array>
+#include <exception>
 
 #include "delivery/audio_delivery.h"
 #include "delivery/size_calculation.h"
@@ -12,6 +13,8 @@
 #include "importer/format_registration.h"
 #include "importer/sample_header_answers.h"
 #include "importer/start_up_and_shut_down.h"
+#include "logging/log_sites.h"
+#include "logging/plugin_log.h"
 #include "platform/sockets.h"
 
 namespace {
@@ -141,4 +144,18 @@ SelectorHandler HandlerOf(int32_t selector) {
   static const std::array<SelectorHandler, kSelectorCount> table = MakeTable();
   if (selector < 0 || selector >= kSelectorCount) return nullptr;
   return table[static_cast<size_t>(selector)];
+}
+
+int32_t CallHandler(int32_t selector, SelectorHandler handler, imStdParms* std_parms, void* param1,
+                    void* param2) {
+  const char* what = "unknown exception";
+  try {
+    return handler(std_parms, param1, param2);
+  } catch (const std::exception& error) {
+    what = error.what();
+  } catch (...) {
+  }
+  PluginLog::Get()->Write(kLogError, kLogSource, log_site::kSelectorException,
+                          "Selector %d failed: %s", selector, what);
+  return malUnknownError;
 }

@@ -13,3 +13,9 @@ constexpr int32_t kSelectorCount = 54;
 
 // The handler of `selector`, or null when the selector is declined with imUnsupported.
 SelectorHandler HandlerOf(int32_t selector);
+
+// Runs `handler` for `selector`. An exception that escapes it (an allocation that fails, say) is
+// logged with the selector and answered with 99 (malUnknownError) instead of unwinding into the
+// host.
+int32_t CallHandler(int32_t selector, SelectorHandler handler, imStdParms* std_parms, void* param1,
+                    void* param2);

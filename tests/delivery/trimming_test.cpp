@@ -97,11 +97,27 @@ TEST_F(TrimmingTest, ReportsProgressFromFramesToTheLastBlockOfSound) {
   EXPECT_EQ(progress_, (std::vector<int32_t>{25, 50, 62, 75, 87, 100}));
 }
 
-TEST_F(TrimmingTest, StopsAndRemovesTheUnfinishedFileWhenTheHostSaysSo) {
-  continue_for_ = 1;
-  EXPECT_EQ(Trim(1, 3), imDiskErr);
-  EXPECT_EQ(progress_.size(), 1u);
-  EXPECT_FALSE(std::filesystem::exists(target_));
+TEST_F(TrimmingTest, KeepsTheFramesCopiedWithoutSoundWhenTheHostStops) {
+  const size_t frame_bytes = 4 * 2 * 4;
+  for (size_t stop_after : {1, 3}) {
+    SCOPED_TRACE(stop_after);
+    std::filesystem::remove(target_);
+    progress_.clear();
+    continue_for_ = stop_after;
+    EXPECT_EQ(Trim(1, 2), imNoErr);
+    EXPECT_EQ(progress_.size(), stop_after);
+    const std::string bytes = Target();
+    const uint32_t frames_kept = stop_after == 1 ? 1 : 2;
+    ASSERT_GE(bytes.size(), 602 + frames_kept * (frame_bytes + 4));
+    SampleFileHeader header;
+    std::memcpy(&header, bytes.data(), sizeof(header));
+    EXPECT_EQ(header.frame_count, frames_kept);
+    EXPECT_EQ(header.has_video, 1u);
+    EXPECT_EQ(header.has_audio, 0u);
+    EXPECT_EQ(header.sample_frames, 0u);
+    EXPECT_EQ(static_cast<uint8_t>(bytes[602 + frames_kept * (frame_bytes + 4) - 5]),
+              FrameByte(frames_kept, frame_bytes - 1));
+  }
 }
 
 TEST_F(TrimmingTest, CopiesTheWholeRangeAsItStandsButNeverOverAFile) {

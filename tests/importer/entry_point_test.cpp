@@ -2,9 +2,11 @@
 
 #include <array>
 #include <cstring>
+#include <new>
 
 #include "command_link/command_client.h"
 #include "host_sdk/premiere_importer.h"
+#include "importer/selector_table.h"
 #include "importer/start_up_and_shut_down.h"
 #include "logging/plugin_log.h"
 #include "platform/c_runtime_files.h"
@@ -56,6 +58,24 @@ TEST_F(EntryPointTest, AnswersTheConstantSelectors) {
   imMetaDataRec metadata{};
   EXPECT_EQ(xImportEntry(imGetMetaData, &std_parms, nullptr, &metadata), imNoErr);
   EXPECT_EQ(xImportEntry(imSetMetaData, &std_parms, nullptr, &metadata), imNoErr);
+}
+
+TEST_F(EntryPointTest, AnswersAnExceptionThatEscapesAHandlerWithUnknownErrorAndLogsIt) {
+  imStdParms std_parms{};
+  const size_t before = LogText().size();
+  SelectorHandler out_of_memory = [](imStdParms*, void*, void*) -> int32_t {
+    throw std::bad_alloc();
+  };
+  SelectorHandler anything = [](imStdParms*, void*, void*) -> int32_t { throw 7; };
+  EXPECT_EQ(CallHandler(imOpenFile8, out_of_memory, &std_parms, nullptr, nullptr),
+            malUnknownError);
+  EXPECT_EQ(CallHandler(imTrimFile8, anything, &std_parms, nullptr, nullptr), malUnknownError);
+  const std::string written = LogText().substr(before);
+  EXPECT_NE(written.find("ERROR Selector 39 failed: std::bad_alloc SDK_File_Import:96"),
+            std::string::npos)
+      << written;
+  EXPECT_NE(written.find("ERROR Selector 44 failed: unknown exception SDK_File_Import:96"),
+            std::string::npos);
 }
 
 TEST_F(EntryPointTest, FillsTheCapabilityWordsOfInterfaceVersion5) {
