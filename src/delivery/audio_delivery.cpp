@@ -10,7 +10,8 @@
 #include "sample_file/sample_file_helpers.h"
 
 int32_t ImportAudio(imImportAudioRec7* request) {
-  PrivateFileRecord* record = RecordOf(request->privateData);
+  PrivateFileRecord* record = request != nullptr ? RecordOf(request->privateData) : nullptr;
+  if (record == nullptr) return imNoContent;
   // The running position moves before anything else, also for a file without a context.
   int64_t saved_position = record->audio_position;
   int64_t start = 0;

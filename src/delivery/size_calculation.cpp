@@ -25,15 +25,17 @@ int64_t SampleFileBytes(const SampleFileHeader& header, int32_t duration, int32_
 }
 
 int32_t CalculateSize(imCalcSizeRec* request, const imFileAccessRec8* access) {
+  if (request == nullptr) return imMemErr;
   const int32_t duration = request->duration;
   if (duration != 0) {
     const PrivateFileRecord* record = RecordOf(request->privatedata);
+    if (record == nullptr) return imMemErr;
     request->sizeInBytes =
         SampleFileBytes(record->header, duration, request->scale, request->sampleSize);
     return imNoErr;
   }
   int64_t size = 0;
-  if (!platform::FileSize64(access->fileref, &size)) return imMemErr;
+  if (access == nullptr || !platform::FileSize64(access->fileref, &size)) return imMemErr;
   request->sizeInBytes = size;
   return imNoErr;
 }

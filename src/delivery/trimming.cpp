@@ -100,8 +100,7 @@ class TrimWriter {
     CopyOutcome outcome = keep_video ? CopyFrames(range, &frames_copied) : CopyOutcome::kDone;
     if (outcome == CopyOutcome::kDone && keep_audio) outcome = CopyAudio(range);
     if (outcome != CopyOutcome::kStopped) return outcome;
-    return platform::SeekFromStart64(target_, 0) &&
-                   WriteHeader(frames_copied, keep_video, 0, false)
+    return platform::SeekFromStart64(target_, 0) && WriteHeader(frames_copied, keep_video, 0, false)
                ? CopyOutcome::kStopped
                : CopyOutcome::kFailed;
   }

@@ -124,8 +124,9 @@ int32_t DeliverFrame(const imStdParms* std_parms, imSourceVideoRec* request,
 }  // namespace
 
 int32_t GetSourceVideo(const imStdParms* std_parms, imSourceVideoRec* request) {
+  auto handle = request != nullptr ? static_cast<PrMemoryHandle>(request->inPrivateData) : nullptr;
+  if (handle == nullptr || request->outFrame == nullptr) return imNoContent;
   const PlugMemoryFuncs* memory = std_parms->piSuites->memFuncs;
-  auto handle = static_cast<PrMemoryHandle>(request->inPrivateData);
   memory->lockHandle(handle);
   const PrivateFileRecord* record = RecordOf(handle);
   if (record->context != nullptr) ContextRegistry::Instance().TouchContext(record->context);

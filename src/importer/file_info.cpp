@@ -115,6 +115,7 @@ void FillSoundPart(const MediaInfo& media, SampleFileHeader* header, imFileInfoR
 
 int32_t GetFileInfo(const imStdParms* std_parms, const imFileAccessRec8* access,
                     imFileInfoRec8* info) {
+  if (info == nullptr) return imBadFile;
   WriteFixedAnswers(std_parms->imInterfaceVer, info);
   const PlugMemoryFuncs* memory = std_parms->piSuites->memFuncs;
   void* slot = info->privatedata;
@@ -130,6 +131,9 @@ int32_t GetFileInfo(const imStdParms* std_parms, const imFileAccessRec8* access,
   }
   if (record->header.version != kSampleFileVersion) return imBadFile;
 
+  // Read without the context's mutex, as the design has it: a frame or sound request that
+  // re-creates a released source rewrites it meanwhile, with the same values from the same project
+  // file.
   const MediaInfo media = context->media_info;
   if (media.has_video != 0) {
     DescribeVideo(media, &record->header, info);

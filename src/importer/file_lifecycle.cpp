@@ -18,6 +18,9 @@ bool IsClosed(imFileRef file_ref) {
 }  // namespace
 
 int32_t OpenFile(const imStdParms* std_parms, imFileRef* file_ref, imFileOpenRec8* record) {
+  if (file_ref == nullptr || record == nullptr || record->fileinfo.filepath == nullptr) {
+    return malUnknownError;
+  }
   const PlugMemoryFuncs* memory = std_parms->piSuites->memFuncs;
   void* slot = record->privatedata;
   bool created = false;

@@ -18,7 +18,7 @@ void CopyText(char (&field)[N], const char (&text)[M]) {
 }  // namespace
 
 int32_t GetIndFormat(int32_t index, imIndFormatRec* record) {
-  if (index != 0) return imBadFormatIndex;
+  if (index != 0 || record == nullptr) return imBadFormatIndex;
   record->filetype = kQuorvelFileType;
   record->canWriteTimecode = 0;
   CopyText(record->FormatName, kFormatName);

@@ -56,7 +56,10 @@ int32_t GetPrefs(const imFileAccessRec8* access, imGetPrefsRec* prefs) {
     return imNoErr;
   }
   // A block shorter than the one asked for has no room for the path.
-  if (length < static_cast<int32_t>(kPrivateFileRecordSize)) return imNoErr;
+  if (length < static_cast<int32_t>(kPrivateFileRecordSize) || prefs->prefs == nullptr ||
+      access == nullptr || access->filepath == nullptr) {
+    return imNoErr;
+  }
   auto* block = reinterpret_cast<PrivateFileRecord*>(prefs->prefs);
   CopyHostPath(access->filepath, block->path);
   return imNoErr;

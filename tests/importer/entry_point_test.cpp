@@ -67,8 +67,7 @@ TEST_F(EntryPointTest, AnswersAnExceptionThatEscapesAHandlerWithUnknownErrorAndL
     throw std::bad_alloc();
   };
   SelectorHandler anything = [](imStdParms*, void*, void*) -> int32_t { throw 7; };
-  EXPECT_EQ(CallHandler(imOpenFile8, out_of_memory, &std_parms, nullptr, nullptr),
-            malUnknownError);
+  EXPECT_EQ(CallHandler(imOpenFile8, out_of_memory, &std_parms, nullptr, nullptr), malUnknownError);
   EXPECT_EQ(CallHandler(imTrimFile8, anything, &std_parms, nullptr, nullptr), malUnknownError);
   const std::string written = LogText().substr(before);
   EXPECT_NE(written.find("ERROR Selector 39 failed: std::bad_alloc SDK_File_Import:96"),
@@ -76,6 +75,30 @@ TEST_F(EntryPointTest, AnswersAnExceptionThatEscapesAHandlerWithUnknownErrorAndL
       << written;
   EXPECT_NE(written.find("ERROR Selector 44 failed: unknown exception SDK_File_Import:96"),
             std::string::npos);
+}
+
+// A host should never send these, but a crash would take the editor's unsaved work with it.
+TEST_F(EntryPointTest, AnswersEachHandlersFailureForNullRecords) {
+  imStdParms std_parms{};
+  imSourceVideoRec video{};
+  imImportAudioRec7 audio{};
+  imCalcSizeRec size{};
+  size.duration = 10;
+  imFileAccessRec8 access{};
+  imFileOpenRec8 open{};
+  imFileRef file_ref = nullptr;
+  imGetPrefsRec prefs{};
+  prefs.prefsLength = 1200;
+  EXPECT_EQ(xImportEntry(imGetSourceVideo, &std_parms, nullptr, &video), imNoContent);
+  EXPECT_EQ(xImportEntry(imGetSourceVideo, &std_parms, nullptr, nullptr), imNoContent);
+  EXPECT_EQ(xImportEntry(imImportAudio7, &std_parms, nullptr, &audio), imNoContent);
+  EXPECT_EQ(xImportEntry(imImportAudio7, &std_parms, nullptr, nullptr), imNoContent);
+  EXPECT_EQ(xImportEntry(imCalcSize8, &std_parms, &size, &access), imMemErr);
+  EXPECT_EQ(xImportEntry(imCalcSize8, &std_parms, nullptr, &access), imMemErr);
+  EXPECT_EQ(xImportEntry(imGetInfo8, &std_parms, &access, nullptr), imBadFile);
+  EXPECT_EQ(xImportEntry(imGetPrefs8, &std_parms, &access, &prefs), imNoErr);
+  EXPECT_EQ(xImportEntry(imOpenFile8, &std_parms, &file_ref, &open), malUnknownError);
+  EXPECT_EQ(xImportEntry(imGetIndFormat, &std_parms, nullptr, nullptr), imBadFormatIndex);
 }
 
 TEST_F(EntryPointTest, FillsTheCapabilityWordsOfInterfaceVersion5) {
