@@ -1,5 +1,7 @@
 #include "delivery/video_frames.h"
 
+#include <mutex>
+
 #include "delivery/frame_fetch.h"
 #include "delivery/stopwatch.h"
 #include "host_sdk/host_assumptions.h"
@@ -28,7 +30,9 @@ bool FoundInCache(const PrivateFileRecord* record, int32_t index, imFrameFormat*
                                   0) == suiteError_NoError;
 }
 
+// Acquired once per file, however many host threads race for its first frame.
 PrSDKPPix2Suite* PPix2SuiteOf(const imStdParms* std_parms, FileContext* context) {
+  std::lock_guard<std::mutex> lock(context->mutex);
   if (context->ppix2_suite == nullptr) {
     context->ppix2_suite = AcquireSuite<PrSDKPPix2Suite>(BasicSuiteOf(std_parms), kPrSDKPPix2Suite,
                                                          kPrSDKPPix2SuiteVersion);

@@ -21,7 +21,7 @@ struct FileContext {
   std::shared_ptr<PRSource> source;  // guarded by mutex; empty once released
   MediaInfo media_info;              // refilled by every Create
 
-  // Acquired by the first frame request; null until then.
+  // Acquired by the first frame request under mutex; null until then.
   PrSDKPPix2Suite* ppix2_suite = nullptr;
 
   // Borrowed from the private record by the file-information request, so that the command link

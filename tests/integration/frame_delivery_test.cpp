@@ -2,8 +2,11 @@
 // the host's frames, cached by the host, retried once.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <thread>
 #include <vector>
 
+#include "host_sim/media_request_records.h"
 #include "integration/plugin_fixture.h"
 #include "standin_stitcher/omni_standin_counters.h"
 #include "stitcher_api/pr_source.h"
@@ -169,6 +172,38 @@ TEST_F(FrameDeliveryTest, AnswersUnknownErrorWhenTheHostMakesNoFrameOfTheWantedF
   EXPECT_EQ(clip->RequestFrame(0, {0, 0, PrPixelFormat_Any}, &frame), malUnknownError);
   EXPECT_EQ(frame, nullptr);
   EXPECT_EQ(StitchedFrames(clip), 0);
+}
+
+TEST_F(FrameDeliveryTest, AcquiresThePPix2SuiteOncePerFileWhenFirstFramesRace) {
+  auto ppix2 = [this] {
+    for (const host_sim::SuiteBalance& balance : host().suites().Balances()) {
+      if (balance.name == kPrSDKPPix2Suite) return balance;
+    }
+    return host_sim::SuiteBalance{};
+  };
+  const host_sim::SuiteBalance before = ppix2();
+  constexpr int kFiles = 8;
+  constexpr int kThreadsPerFile = 8;
+  std::vector<HostFile*> clips;
+  for (int f = 0; f < kFiles; ++f) clips.push_back(DescribedClip(kSmallScene));
+  std::vector<int32_t> results(kFiles * kThreadsPerFile, -1);
+  std::vector<std::thread> threads;
+  for (int f = 0; f < kFiles; ++f) {
+    for (int t = 0; t < kThreadsPerFile; ++t) {
+      threads.emplace_back([this, &results, clip = clips[f], slot = f * kThreadsPerFile + t, t] {
+        imFrameFormat format = {0, 0, kPlanar};
+        PPixHand frame = nullptr;
+        imSourceVideoRec record = host_sim::MakeSourceVideoRecord(
+            clip->private_data(), nullptr, 0, t * clip->TicksPerFrame(), &format, &frame);
+        results[slot] = session_->Call(imGetSourceVideo, clip->file_ref(), &record);
+      });
+    }
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_TRUE(std::all_of(results.begin(), results.end(), [](int32_t r) { return r == imNoErr; }));
+  for (HostFile* clip : clips) clip->Close();
+  EXPECT_EQ(ppix2().acquired - before.acquired, kFiles);
+  EXPECT_EQ(ppix2().released - before.released, kFiles);
 }
 
 TEST_F(FrameDeliveryTest, OffersTheFilesOwnSizeOnly) {
