@@ -98,10 +98,11 @@ int32_t DeliverFrame(const imStdParms* std_parms, imSourceVideoRec* request,
     return imNoContent;
   }
   PrSDKPPix2Suite* ppix2 = PPix2SuiteOf(std_parms, context);
-  if (format->inFrameWidth == 0 && format->inFrameHeight == 0) {
-    format->inFrameWidth = record->header.width;
-    format->inFrameHeight = record->header.height;
-  }
+  // The stitcher writes the clip's own size whatever the host wants, so the host's frame is made
+  // at that size, never smaller, and the host learns it from its format entry, as it does when it
+  // asks for 0 x 0.
+  format->inFrameWidth = record->header.width;
+  format->inFrameHeight = record->header.height;
   const PrPixelFormat pixel_format = format->inPixelFormat;
   const bool planar = pixel_format == kAnnouncedPixelFormat;
   // Without the host's frame suites (its information was never asked) or a frame it agreed to

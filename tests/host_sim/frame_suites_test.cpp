@@ -205,6 +205,22 @@ TEST_F(FrameSuitesTest, TouchingAFrameThatIsNotLiveIsAFault) {
       << report.ToString();
 }
 
+TEST_F(FrameSuitesTest, AWriteJustOutsideAFrameIsAFaultWhenItIsFreedOrReported) {
+  PPixHand planar = Create(kPlanar, 7, 5);
+  Frame(planar).planes[0].bytes[-1] = 0;
+  const HostFrame& packed = Frame(Create(PrPixelFormat_BGRA_4444_8u, 4, 2));
+  packed.planes[0].bytes[packed.size] = 0;
+  EXPECT_EQ(host_.Report().frame_faults.size(), 2u) << host_.Report().ToString();
+  Create(kPlanar, 7, 5);
+  EXPECT_EQ(ppix().Dispose(planar), suiteError_NoError);
+  HostReport report = host_.Report();
+  EXPECT_EQ(report.frame_faults.size(), 2u);
+  EXPECT_NE(report.ToString().find("write outside the 7x5 frame of format 1177646681, before it"),
+            std::string::npos)
+      << report.ToString();
+  EXPECT_NE(report.ToString().find("write outside the 4x2 frame"), std::string::npos);
+}
+
 TEST_F(FrameSuitesTest, FramesStillLiveAtTheEndAreTheHostsAndNotReported) {
   Create(kPlanar, 16, 16);
   Create(PrPixelFormat_BGRA_4444_8u, 16, 16);

@@ -97,6 +97,25 @@ TEST_F(FrameDeliveryTest, SpreadsPackedRowsToTheHostsRowBytes) {
   }
 }
 
+TEST_F(FrameDeliveryTest, MakesEveryFrameAtTheFilesSizeWhateverSizeIsWanted) {
+  HostFile* clip = DescribedClip(kSmallScene);
+  for (bool planar : {true, false}) {
+    const std::vector<std::vector<uint8_t>> reference = Reference(clip, 1, planar);
+    for (const auto& [width, height] : {std::pair{32, 16}, {128, 64}, {64, 8}, {16, 32}}) {
+      SCOPED_TRACE(std::to_string(width) + "x" + std::to_string(height) + (planar ? " YUV" : ""));
+      int32_t result = -1;
+      const HostFrame* frame = Frame(clip, 1, {width, height, planar ? kPlanar : kBgra}, &result);
+      host().frame_cache().ExpireAll();
+      ASSERT_EQ(result, imNoErr);
+      EXPECT_EQ(frame->width, 64);
+      EXPECT_EQ(frame->height, 32);
+      EXPECT_EQ(clip->last_frame_format().inFrameWidth, 64);
+      EXPECT_EQ(clip->last_frame_format().inFrameHeight, 32);
+      for (int p = 0; p < frame->plane_count; ++p) EXPECT_EQ(Rows(frame->planes[p]), reference[p]);
+    }
+  }
+}
+
 TEST_F(FrameDeliveryTest, AnswersTwoTimesInsideOneFrameFromOneCacheEntry) {
   HostFile* clip = DescribedClip(kSmallScene);
   PPixHand first = nullptr;

@@ -71,6 +71,8 @@ void PluginTest::TearDown() {
   for (auto& clip : clips_) {
     if (clip->private_data() != nullptr) clip->Close();
   }
+  EXPECT_EQ(host().Report().frame_faults, std::vector<std::string>{})
+      << "the plug-in misused a host frame or wrote outside one";
 }
 
 host_sim::HostFile* PluginTest::Clip(const std::string& project) {

@@ -88,12 +88,15 @@ PPixHand HostFrames::Create(PrPixelFormat format, int32_t width, int32_t height)
   const Layout layout = planar ? PlanarLayout(width, height, plane_padding_)
                                : PackedLayout(format, width, height, row_padding_);
   Entry entry;
-  entry.storage.reset(new (std::nothrow) unsigned char[layout.size + kAlignment - 1]);
+  const size_t guarded_size = kGuardBytes + layout.size + kGuardBytes;
+  entry.storage.reset(new (std::nothrow) unsigned char[guarded_size + kAlignment - 1]);
   if (entry.storage == nullptr) return nullptr;
   void* aligned = entry.storage.get();
-  size_t room = layout.size + kAlignment - 1;
-  std::align(kAlignment, layout.size, aligned, room);
-  auto* base = static_cast<unsigned char*>(aligned);
+  size_t room = guarded_size + kAlignment - 1;
+  std::align(kAlignment, guarded_size, aligned, room);
+  auto* guarded = static_cast<unsigned char*>(aligned);
+  std::memset(guarded, kGuardByte, guarded_size);
+  unsigned char* base = guarded + kGuardBytes;
   std::memset(base, kFreshByte, layout.size);
 
   entry.frame = {format, width, height, planar, layout.plane_count, {}, layout.size};
@@ -129,7 +132,11 @@ bool HostFrames::Dispose(PPixHand handle) {
     faults_.push_back("Dispose of a frame that is not live");
     return false;
   }
-  if (--found->second.references == 0) frames_.erase(found);
+  if (--found->second.references == 0) {
+    std::string fault = GuardFault(found->second);
+    if (!fault.empty()) faults_.push_back(fault);
+    frames_.erase(found);
+  }
   return true;
 }
 
@@ -152,6 +159,26 @@ void HostFrames::RecordFault(const std::string& fault) {
 void HostFrames::AddToReport(HostReport* report) const {
   std::lock_guard<std::mutex> lock(mutex_);
   report->frame_faults.insert(report->frame_faults.end(), faults_.begin(), faults_.end());
+  for (const auto& frame : frames_) {
+    std::string fault = GuardFault(frame.second);
+    if (!fault.empty()) report->frame_faults.push_back(fault);
+  }
+}
+
+std::string HostFrames::GuardFault(const Entry& entry) {
+  const unsigned char* base = reinterpret_cast<const unsigned char*>(*entry.master);
+  const unsigned char* guards[2] = {base - kGuardBytes, base + entry.frame.size};
+  for (const unsigned char* guard : guards) {
+    for (size_t i = 0; i < kGuardBytes; ++i) {
+      if (guard[i] != kGuardByte) {
+        return "write outside the " + std::to_string(entry.frame.width) + "x" +
+               std::to_string(entry.frame.height) + " frame of format " +
+               std::to_string(entry.frame.format) +
+               (guard == guards[0] ? ", before it" : ", after it");
+      }
+    }
+  }
+  return std::string();
 }
 
 }  // namespace host_sim

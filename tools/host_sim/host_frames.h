@@ -2,8 +2,9 @@
 // handles and reached only through the frame suites. A frame counts references, as the host's
 // frames do: creating one gives the creator a reference, the frame cache keeps one of its own and
 // hands a new one out with every hit, and Dispose gives one back; the last one frees the frame.
-// Whatever is left is freed with the HostFrames. Thread-safe: host threads, the plug-in's threads
-// and the frame cache call it concurrently.
+// Whatever is left is freed with the HostFrames. Every buffer sits between guard bytes: a write
+// outside it is recorded as a fault when the frame is freed or reported. Thread-safe: host threads,
+// the plug-in's threads and the frame cache call it concurrently.
 #pragma once
 
 #include <cstddef>
@@ -43,6 +44,9 @@ class HostFrames {
  public:
   // Every byte of a new frame, padding included, so that bytes nobody wrote stand out.
   static constexpr uint8_t kFreshByte = 0xCD;
+  // The bytes just before and after every buffer, which nobody may write.
+  static constexpr uint8_t kGuardByte = 0xA5;
+  static constexpr size_t kGuardBytes = 64;
   // Neither side of a frame may exceed this many pixels.
   static constexpr int32_t kLargestSide = 65536;
 
@@ -77,16 +81,19 @@ class HostFrames {
   // Misuse by the plug-in: a suite call with a frame that is not live, and the like.
   void RecordFault(const std::string& fault);
 
-  // Fills the frame list of `report`.
+  // Fills the frame list of `report`, with a fault for every live frame written outside.
   void AddToReport(HostReport* report) const;
 
  private:
   struct Entry {
-    std::unique_ptr<unsigned char[]> storage;  // the buffer, with room to align it
+    std::unique_ptr<unsigned char[]> storage;  // the buffer and its guards, with room to align
     std::unique_ptr<PPix*> master;             // the handle's target; *master is the buffer
     HostFrame frame;
     int32_t references = 0;
   };
+
+  // The fault of a frame whose guard bytes were written, or empty.
+  static std::string GuardFault(const Entry& entry);
 
   mutable std::mutex mutex_;
   std::unordered_map<PPixHand, Entry> frames_;  // guarded by mutex_
