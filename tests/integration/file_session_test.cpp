@@ -151,6 +151,18 @@ TEST_F(FileSessionTest, RegistersOneFileTypeAndOnePixelFormat) {
   EXPECT_EQ(text, "RLE Compressed 8-bit RGB");
 }
 
+TEST_F(FileSessionTest, ThePreferencesBlockIsAPrivateRecordHoldingTheHostsPath) {
+  HostFile* clip = DescribedClip("{}");
+  EXPECT_EQ(clip->GetPrefsWithoutRecord(), imNoErr);
+  ASSERT_EQ(clip->GetPrefs(), imNoErr);
+  ASSERT_EQ(clip->prefs().size(), 1200u);
+  const std::u16string& wide = clip->host_path();
+  std::u16string path(wide.size(), u'\0');
+  std::memcpy(path.data(), clip->prefs().data() + 610, wide.size() * sizeof(char16_t));
+  EXPECT_EQ(path, wide);
+  EXPECT_EQ(ReadAt<char16_t>(clip->prefs().data(), 610 + wide.size() * 2), u'\0');
+}
+
 TEST_F(FileSessionTest, SavesByMoveOrCopyAndNeverOverAnExistingFile) {
   std::string original = folder_.WriteFile("a.qvo", "{}");
   std::string copy = folder_.Join("b.qvo");
