@@ -1,6 +1,6 @@
 #include "command_link/parse_json.h"
 
-#include "importer/media_info_cache.h"
+#include "open_files/media_info_cache.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "logging/stream_logger.h"

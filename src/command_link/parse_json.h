@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "command_link/json.h"
-#include "importer/context_registry.h"
+#include "open_files/context_registry.h"
 
 // Answers "get_media_info" from the MediaInfoCache and "request_update_param" by updating the
 // other files' sources; any other type is acknowledged with success. The result is the compact

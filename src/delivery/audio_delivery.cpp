@@ -2,9 +2,9 @@
 
 #include <mutex>
 
-#include "importer/context_registry.h"
-#include "importer/private_file_record.h"
-#include "importer/source_on_demand.h"
+#include "open_files/context_registry.h"
+#include "open_files/private_file_record.h"
+#include "open_files/source_on_demand.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "sample_file/sample_file_helpers.h"

@@ -4,8 +4,8 @@
 
 #include "delivery/stopwatch.h"
 
-#include "importer/context_registry.h"
-#include "importer/source_on_demand.h"
+#include "open_files/context_registry.h"
+#include "open_files/source_on_demand.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "importer/private_file_record.h"
+#include "open_files/private_file_record.h"
 
 // Where the stitched picture goes: for the planar format, the Y, U and V planes with their row
 // strides; for packed formats only planes[0], the pixels, and the rows come tightly packed.

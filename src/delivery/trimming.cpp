@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "importer/private_file_record.h"
+#include "open_files/private_file_record.h"
 #include "platform/file_handles.h"
 #include "sample_file/sample_file_helpers.h"
 

@@ -1,10 +1,10 @@
 #include "importer/file_info.h"
 
 #include "host_sdk/host_assumptions.h"
-#include "importer/file_context.h"
-#include "importer/host_suites.h"
-#include "importer/media_info_cache.h"
-#include "importer/private_file_record.h"
+#include "open_files/file_context.h"
+#include "open_files/host_suites.h"
+#include "open_files/media_info_cache.h"
+#include "open_files/private_file_record.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 

@@ -1,8 +1,8 @@
 #include "importer/file_lifecycle.h"
 
-#include "importer/context_registry.h"
-#include "importer/host_suites.h"
-#include "importer/private_file_record.h"
+#include "open_files/context_registry.h"
+#include "open_files/host_suites.h"
+#include "open_files/private_file_record.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "platform/file_handles.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "importer/private_file_record.h"
+#include "open_files/private_file_record.h"
 #include "sample_file/sample_file_helpers.h"
 
 namespace {

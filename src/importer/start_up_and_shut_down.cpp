@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "command_link/command_client.h"
-#include "importer/context_registry.h"
+#include "open_files/context_registry.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "platform/sockets.h"

@@ -18,7 +18,7 @@
 #include "host_sim/host_records.h"
 #include "importer/file_info.h"
 #include "importer/file_lifecycle.h"
-#include "importer/media_info_cache.h"
+#include "open_files/media_info_cache.h"
 #include "logging/plugin_log.h"
 #include "platform/c_runtime_files.h"
 #include "platform/environment.h"

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <memory>
 
-#include "importer/media_info_cache.h"
+#include "open_files/media_info_cache.h"
 #include "standin_stitcher/omni_standin_counters.h"
 #include "support/temp_folder.h"
 

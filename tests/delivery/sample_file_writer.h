@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "importer/private_file_record.h"
+#include "open_files/private_file_record.h"
 
 struct SampleClip {
   int32_t width = 4;

@@ -1,4 +1,4 @@
-#include "importer/context_registry.h"
+#include "open_files/context_registry.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "importer/file_context.h"
+#include "open_files/file_context.h"
 
 // Re-creates the context's source when it is empty (refilling its MediaInfo). False, after
 // logging "create pr source failed on socket request!" at `log_line`, when the stitcher cannot.

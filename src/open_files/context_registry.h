@@ -8,8 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "importer/file_context.h"
-#include "importer/private_file_record.h"
+#include "open_files/file_context.h"
+#include "open_files/private_file_record.h"
 
 class ContextRegistry {
  public:

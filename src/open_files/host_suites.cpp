@@ -1,4 +1,4 @@
-#include "importer/host_suites.h"
+#include "open_files/host_suites.h"
 
 SPBasicSuite* BasicSuiteOf(const imStdParms* std_parms) {
   return std_parms->piSuites->utilFuncs->getSPBasicSuite();

@@ -1,4 +1,4 @@
-#include "importer/private_file_record.h"
+#include "open_files/private_file_record.h"
 
 #include <cstring>
 

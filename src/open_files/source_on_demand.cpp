@@ -1,4 +1,4 @@
-#include "importer/source_on_demand.h"
+#include "open_files/source_on_demand.h"
 
 #include "logging/plugin_log.h"
 

@@ -1,8 +1,8 @@
-#include "importer/context_registry.h"
+#include "open_files/context_registry.h"
 
 #include <algorithm>
 
-#include "importer/host_suites.h"
+#include "open_files/host_suites.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 

@@ -1,4 +1,4 @@
-#include "importer/media_info_cache.h"
+#include "open_files/media_info_cache.h"
 
 MediaInfoCacheMap& MediaInfoCache() {
   static MediaInfoCacheMap cache;

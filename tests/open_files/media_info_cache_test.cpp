@@ -1,6 +1,6 @@
 // The MediaInfoCache as the file-information request fills it, driven in-process with the host
 // simulator's records and suites.
-#include "importer/media_info_cache.h"
+#include "open_files/media_info_cache.h"
 
 #include <gtest/gtest.h>
 
