@@ -4,18 +4,18 @@
 
 #include "delivery/stopwatch.h"
 
-#include "open_files/context_registry.h"
-#include "open_files/source_on_demand.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
+#include "open_files/context_registry.h"
+#include "open_files/source_on_demand.h"
 
-int32_t FetchFrame(const PrivateFileRecord* record, int32_t index, FrameTarget* target) {
+ReadOutcome FetchFrame(const PrivateFileRecord* record, int32_t index, FrameTarget* target) {
   FileContext* context = record->context;
   PluginLog* log = PluginLog::Get();
   log->Write(kLogInfo, kLogSource, log_site::kGetSourceVideo, "get source video:%s",
              context->path.c_str());
   std::lock_guard<std::mutex> lock(context->mutex);
-  if (!EnsureSource(context, log_site::kVideoSourceRecreateFailed)) return imNoContent;
+  if (!EnsureSource(context, log_site::kVideoSourceRecreateFailed)) return ReadOutcome::kNoSource;
 
   const int32_t width = record->header.width;
   const int32_t height = record->header.height;
@@ -33,5 +33,5 @@ int32_t FetchFrame(const PrivateFileRecord* record, int32_t index, FrameTarget* 
     result = context->source->GetVideoFrame(index, width, height, target->planes, target->strides);
     log->Write(kLogInfo, kLogSource, log_site::kSecondTryResult, "second try result:%d", result);
   }
-  return result == 0 ? imNoErr : malUnknownError;
+  return result == 0 ? ReadOutcome::kDelivered : ReadOutcome::kFailed;
 }

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "delivery/read_outcome.h"
 #include "open_files/private_file_record.h"
 
 // Where the stitched picture goes: for the planar format, the Y, U and V planes with their row
@@ -14,6 +15,6 @@ struct FrameTarget {
 };
 
 // Fetches frame `index` at the file's own size into `target`, re-creating a released source
-// first. 0; 6 (imNoContent) when the source cannot be re-created; 99 (malUnknownError) when both
-// tries fail. REQUIRES: record->context set. Takes the context's mutex.
-int32_t FetchFrame(const PrivateFileRecord* record, int32_t index, FrameTarget* target);
+// first. kDelivered; kNoSource when the source cannot be re-created; kFailed when both tries
+// fail. REQUIRES: record->context set. Takes the context's mutex.
+ReadOutcome FetchFrame(const PrivateFileRecord* record, int32_t index, FrameTarget* target);

@@ -5,10 +5,10 @@
 #include "delivery/frame_fetch.h"
 #include "delivery/stopwatch.h"
 #include "host_sdk/host_assumptions.h"
-#include "open_files/context_registry.h"
-#include "open_files/host_suites.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
+#include "open_files/context_registry.h"
+#include "open_files/host_suites.h"
 #include "sample_file/sample_file_helpers.h"
 
 namespace {
@@ -40,8 +40,8 @@ PrSDKPPix2Suite* PPix2SuiteOf(const imStdParms* std_parms, FileContext* context)
   return context->ppix2_suite;
 }
 
-int32_t FetchIntoPlanes(const PrivateFileRecord* record, PrSDKPPix2Suite* ppix2, PPixHand frame,
-                        int32_t index) {
+ReadOutcome FetchIntoPlanes(const PrivateFileRecord* record, PrSDKPPix2Suite* ppix2, PPixHand frame,
+                            int32_t index) {
   Stopwatch stopwatch;
   char* planes[3] = {nullptr, nullptr, nullptr};
   uint32_t row_bytes[3] = {0, 0, 0};
@@ -55,7 +55,7 @@ int32_t FetchIntoPlanes(const PrivateFileRecord* record, PrSDKPPix2Suite* ppix2,
     target.strides[p] = static_cast<int>(row_bytes[p]);
   }
   stopwatch.Restart();
-  int32_t result = FetchFrame(record, index, &target);
+  const ReadOutcome result = FetchFrame(record, index, &target);
   // The words time the fetch, not an allocation; they have always read so.
   PluginLog::Get()->Write(kLogInfo, kLogSource, log_site::kAllocateBuffer, "allocate buffer:%d",
                           stopwatch.ElapsedMilliseconds());
@@ -64,15 +64,15 @@ int32_t FetchIntoPlanes(const PrivateFileRecord* record, PrSDKPPix2Suite* ppix2,
 
 // The source writes rows tightly packed at the start of the host's buffer; they are then spread
 // in place to the host's row bytes, last row first, top row staying on top.
-int32_t FetchPacked(const PrivateFileRecord* record, const imFrameFormat& format, PPixHand frame,
-                    int32_t index) {
+ReadOutcome FetchPacked(const PrivateFileRecord* record, const imFrameFormat& format,
+                        PPixHand frame, int32_t index) {
   static_assert(kPackedFramesTopRowFirst, "packed frames are delivered without a flip");
   PrSDKPPixSuite* ppix = record->ppix_suite;
   char* pixels = nullptr;
   ppix->GetPixels(frame, PrPPixBufferAccess_ReadWrite, &pixels);
   FrameTarget target;
   target.planes[0] = reinterpret_cast<uint8_t*>(pixels);
-  int32_t result = FetchFrame(record, index, &target);
+  const ReadOutcome result = FetchFrame(record, index, &target);
   int32_t row_bytes = 0;
   ppix->GetRowBytes(frame, &row_bytes);
   SpreadRowsToPitch(target.planes[0], target.planes[0], static_cast<uint32_t>(row_bytes),
@@ -82,20 +82,20 @@ int32_t FetchPacked(const PrivateFileRecord* record, const imFrameFormat& format
   return result;
 }
 
-int32_t DeliverFrame(const imStdParms* std_parms, imSourceVideoRec* request,
-                     const PrivateFileRecord* record, int32_t index) {
+ReadOutcome DeliverFrame(const imStdParms* std_parms, imSourceVideoRec* request,
+                         const PrivateFileRecord* record, int32_t index) {
   imFrameFormat any_format = {0, 0, kAnnouncedPixelFormat};
   imFrameFormat* format =
       request->inFrameFormats != nullptr ? request->inFrameFormats : &any_format;
   PPixHand* slot = request->outFrame;
-  if (FoundInCache(record, index, format, slot)) return imNoErr;
+  if (FoundInCache(record, index, format, slot)) return ReadOutcome::kDelivered;
 
   FileContext* context = record->context;
   if (context == nullptr) {
     // Nothing to stitch from: answered before any host frame is made for it.
     PluginLog::Get()->Write(kLogError, kLogSource, log_site::kVideoContextMissing,
                             "FileContext pointer is null.");
-    return imNoContent;
+    return ReadOutcome::kNoContext;
   }
   PrSDKPPix2Suite* ppix2 = PPix2SuiteOf(std_parms, context);
   // The stitcher writes the clip's own size whatever the host wants, so the host's frame is made
@@ -109,18 +109,18 @@ int32_t DeliverFrame(const imStdParms* std_parms, imSourceVideoRec* request,
   // make, there is nothing the stitcher could write into.
   if (record->creator_suite == nullptr ||
       (planar ? ppix2 == nullptr : record->ppix_suite == nullptr)) {
-    return malUnknownError;
+    return ReadOutcome::kFailed;
   }
   const prRect bounds = {0, 0, format->inFrameWidth, format->inFrameHeight};
   if (record->creator_suite->CreatePPix(slot, PrPPixBufferAccess_ReadWrite, pixel_format,
                                         &bounds) != suiteError_NoError ||
       *slot == nullptr) {
-    return malUnknownError;
+    return ReadOutcome::kFailed;
   }
 
-  const int32_t result = planar ? FetchIntoPlanes(record, ppix2, *slot, index)
-                                : FetchPacked(record, *format, *slot, index);
-  if (result == imNoErr && record->cache_suite != nullptr) {
+  const ReadOutcome result = planar ? FetchIntoPlanes(record, ppix2, *slot, index)
+                                    : FetchPacked(record, *format, *slot, index);
+  if (result == ReadOutcome::kDelivered && record->cache_suite != nullptr) {
     record->cache_suite->AddFrameToCache(record->importer_id, kStream, *slot, index, nullptr, 0);
   }
   return result;
@@ -130,15 +130,17 @@ int32_t DeliverFrame(const imStdParms* std_parms, imSourceVideoRec* request,
 
 int32_t GetSourceVideo(const imStdParms* std_parms, imSourceVideoRec* request) {
   auto handle = request != nullptr ? static_cast<PrMemoryHandle>(request->inPrivateData) : nullptr;
-  if (handle == nullptr || request->outFrame == nullptr) return imNoContent;
+  if (handle == nullptr || request->outFrame == nullptr) {
+    return HostResultOf(ReadOutcome::kNoContext);
+  }
   const PlugMemoryFuncs* memory = std_parms->piSuites->memFuncs;
   memory->lockHandle(handle);
   const PrivateFileRecord* record = RecordOf(handle);
   if (record->context != nullptr) ContextRegistry::Instance().TouchContext(record->context);
   const int32_t index = FrameIndexOf(request->inFrameTime, record->header);
-  const int32_t result = DeliverFrame(std_parms, request, record, index);
+  const ReadOutcome outcome = DeliverFrame(std_parms, request, record, index);
   memory->unlockHandle(handle);
-  return result;
+  return HostResultOf(outcome);
 }
 
 int32_t GetPreferredFrameSize(imPreferredFrameSizeRec* request) {
