@@ -62,8 +62,8 @@ bool PluginLog::FindFolder() {
 
 void PluginLog::Write(PluginLogLevel level, const char* file, int32_t line, const char* format,
                       ...) {
-  if (level > maxLevel_) return;
-  lock_.Wait();
+  if (level > kMaxLevel) return;
+  platform::OsMutexLock lock(lock_);
   std::tm now = clock_();
   if (stream_ != nullptr) {
     std::fprintf(stream_, "%04d-%02d-%02d %02d:%02d:%02d %s ", now.tm_year + 1900, now.tm_mon + 1,
@@ -76,14 +76,13 @@ void PluginLog::Write(PluginLogLevel level, const char* file, int32_t line, cons
     std::fflush(stream_);
     RotateWhenFull();
   }
-  lock_.Release();
 }
 
 void PluginLog::RotateWhenFull() {
   // The file was opened with a backslash; both separators name the same file.
   const std::string current = folder_ + "/Plugin.log";
   int32_t size = 0;
-  if (!platform::FileSize32(current, &size) || size < maxFileSize_) return;
+  if (!platform::FileSize32(current, &size) || size < kMaxFileSize) return;
   std::fclose(stream_);
   stream_ = nullptr;
 

@@ -45,10 +45,14 @@ class PluginLog {
   bool FindFolder();
   void RotateWhenFull();  // REQUIRES: lock_ held
 
-  std::FILE* stream_ = nullptr;  // guarded by lock_
-  const int32_t maxFileSize_ = 0x500000;
-  const PluginLogLevel maxLevel_ = kLogInfo;
-  std::string folder_;
+  // The size at which Plugin.log is moved aside: 5 MiB.
+  static constexpr int32_t kMaxFileSize = 0x500000;
+  // Lines of a level above this are dropped.
+  static constexpr PluginLogLevel kMaxLevel = kLogInfo;
+
+  // Held for one whole line and the rotation check after it.
   platform::OsMutex lock_;
+  std::FILE* stream_ = nullptr;  // guarded by lock_
+  std::string folder_;           // set by the constructor, read-only after
   const LocalClock clock_;
 };

@@ -21,4 +21,16 @@ class OsMutex {
   void* handle_;
 };
 
+// Holds an OsMutex for its own lifetime.
+class OsMutexLock {
+ public:
+  explicit OsMutexLock(OsMutex& mutex) : mutex_(mutex) { mutex_.Wait(); }
+  ~OsMutexLock() { mutex_.Release(); }
+  OsMutexLock(const OsMutexLock&) = delete;
+  OsMutexLock& operator=(const OsMutexLock&) = delete;
+
+ private:
+  OsMutex& mutex_;
+};
+
 }  // namespace platform
