@@ -1,6 +1,7 @@
 #include "command_link/message_reception.h"
 
 #include "command_link/json.h"
+#include "command_link/message_delimiter.h"
 #include "command_link/parse_json.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
@@ -26,7 +27,7 @@ void OnReadComplete(command_link::TcpClient& client, command_link::TcpClient::Re
     return;
   }
   std::vector<std::string> pieces;
-  SplitString(text, pieces, "###");
+  SplitString(text, pieces, kMessageDelimiter);
   for (const std::string& piece : pieces) {
     rapidjson::Document request;
     request.Parse(piece.c_str());

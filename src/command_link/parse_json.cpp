@@ -1,13 +1,12 @@
 #include "command_link/parse_json.h"
 
-#include "open_files/media_info_cache.h"
+#include "command_link/message_delimiter.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "logging/stream_logger.h"
+#include "open_files/media_info_cache.h"
 
 namespace {
-
-constexpr char kDelimiter[] = "###";
 
 // The member's string, or empty when the member is absent. A present member is read as a string
 // without a test of our own: the command server is trusted.
@@ -67,7 +66,7 @@ std::vector<char> Serialized(const rapidjson::Document& response) {
   PluginLog::Get()->Write(kLogInfo, kLogSource, log_site::kResponse, "Response: %s",
                           text.GetString());
   std::vector<char> bytes(text.GetString(), text.GetString() + text.GetSize());
-  bytes.insert(bytes.end(), kDelimiter, kDelimiter + 3);
+  bytes.insert(bytes.end(), kMessageDelimiter, kMessageDelimiter + kMessageDelimiterSize);
   return bytes;
 }
 

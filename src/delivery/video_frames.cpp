@@ -3,13 +3,14 @@
 #include <mutex>
 
 #include "delivery/frame_fetch.h"
+#include "delivery/read_outcome.h"
+#include "delivery/row_spreading.h"
 #include "delivery/stopwatch.h"
 #include "host_sdk/host_assumptions.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "open_files/context_registry.h"
 #include "open_files/host_suites.h"
-#include "sample_file/sample_file_helpers.h"
 
 namespace {
 

@@ -5,20 +5,6 @@
 #include "host_sdk/premiere_constants.h"
 #include "sample_file/sample_file_header.h"
 
-void SpreadRowsToPitch(const uint8_t* source, uint8_t* destination, uint32_t pitch,
-                       uint32_t bytes_per_pixel, uint32_t width, uint32_t height) {
-  uint32_t row_bytes = bytes_per_pixel * width;
-  if (row_bytes >= pitch) return;
-  for (uint32_t row = height; row > 0; --row) {
-    size_t r = row - 1;
-    std::memmove(destination + r * pitch, source + r * row_bytes, row_bytes);
-  }
-}
-
-uint32_t BytesPerPixelForFormat(uint32_t pixel_format) {
-  return pixel_format == static_cast<uint32_t>(PrPixelFormat_VUYA_4444_32f) ? 16 : 4;
-}
-
 uint32_t BytesPerPixelForCodec(uint32_t /*codec*/) { return 4; }
 
 int32_t ChannelCountOfType(uint32_t channel_type) {

@@ -1,22 +1,10 @@
-// Small stateless functions shared by the file-information, frame, audio and trimming requests.
+// Small stateless functions shared by the file-information, audio, size and trimming requests.
 // They take plain numbers and buffers, allocate nothing, log nothing and keep no state.
 #pragma once
 
 #include <cstdint>
 
 #include "platform/file_handles.h"
-
-// Spreads `height` packed rows of `bytes_per_pixel` * `width` bytes out to rows of `pitch`
-// bytes, moving exactly the packed row length and leaving the rest of each destination row
-// untouched. Rows go last to first, so `source` and `destination` may be the same buffer (the
-// frame path spreads a host frame in place). Copies nothing at all unless the packed row length
-// is strictly less than `pitch`: in place, rows of exactly the pitch are already where they
-// belong.
-void SpreadRowsToPitch(const uint8_t* source, uint8_t* destination, uint32_t pitch,
-                       uint32_t bytes_per_pixel, uint32_t width, uint32_t height);
-
-// 16 for PrPixelFormat_VUYA_4444_32f, 4 for every other host pixel-format code.
-uint32_t BytesPerPixelForFormat(uint32_t pixel_format);
 
 // Always 4; the codec is ignored.
 uint32_t BytesPerPixelForCodec(uint32_t codec);
