@@ -1,4 +1,4 @@
-#include "host_sim/opened_clip.h"
+#include "qvo_host/opened_clip.h"
 
 namespace host_sim {
 namespace {

@@ -1,8 +1,8 @@
-#include "host_sim/file_inspection.h"
+#include "qvo_host/file_inspection.h"
 
 #include <memory>
 
-#include "host_sim/opened_clip.h"
+#include "qvo_host/opened_clip.h"
 
 namespace host_sim {
 namespace {

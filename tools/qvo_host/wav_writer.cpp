@@ -1,4 +1,4 @@
-#include "host_sim/wav_writer.h"
+#include "qvo_host/wav_writer.h"
 
 #include <cstring>
 #include <filesystem>

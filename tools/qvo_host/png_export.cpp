@@ -1,4 +1,4 @@
-#include "host_sim/png_export.h"
+#include "qvo_host/png_export.h"
 
 #include <filesystem>
 #include <fstream>

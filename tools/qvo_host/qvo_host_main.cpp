@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "host_sim/audio_command.h"
-#include "host_sim/command_line.h"
-#include "host_sim/file_inspection.h"
-#include "host_sim/frames_command.h"
+#include "qvo_host/audio_command.h"
+#include "qvo_host/command_line.h"
+#include "qvo_host/file_inspection.h"
+#include "qvo_host/frames_command.h"
 #include "host_sim/host_session.h"
-#include "host_sim/info_report.h"
+#include "qvo_host/info_report.h"
 #include "host_sim/plugin_module.h"
-#include "host_sim/serve_command.h"
+#include "qvo_host/serve_command.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The WAV files qvo-host audio writes: 32-bit float, interleaved, little-endian.
-#include "host_sim/wav_writer.h"
+#include "qvo_host/wav_writer.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "host_sim/frame_image.h"
+#include "qvo_host/frame_image.h"
 
 namespace host_sim {
 

@@ -1,11 +1,11 @@
-#include "host_sim/serve_command.h"
+#include "qvo_host/serve_command.h"
 
 #include <chrono>
 #include <cstdio>
 #include <memory>
 #include <thread>
 
-#include "host_sim/opened_clip.h"
+#include "qvo_host/opened_clip.h"
 
 namespace host_sim {
 namespace {

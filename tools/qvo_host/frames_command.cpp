@@ -1,4 +1,4 @@
-#include "host_sim/frames_command.h"
+#include "qvo_host/frames_command.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -6,9 +6,9 @@
 #include <system_error>
 #include <vector>
 
-#include "host_sim/contact_sheet.h"
-#include "host_sim/opened_clip.h"
-#include "host_sim/png_export.h"
+#include "qvo_host/contact_sheet.h"
+#include "qvo_host/opened_clip.h"
+#include "qvo_host/png_export.h"
 
 namespace host_sim {
 namespace {

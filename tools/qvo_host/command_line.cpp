@@ -1,4 +1,4 @@
-#include "host_sim/command_line.h"
+#include "qvo_host/command_line.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "host_sim/audio_command.h"
+#include "qvo_host/audio_command.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,8 +6,8 @@
 #include <memory>
 #include <vector>
 
-#include "host_sim/opened_clip.h"
-#include "host_sim/wav_writer.h"
+#include "qvo_host/opened_clip.h"
+#include "qvo_host/wav_writer.h"
 
 namespace host_sim {
 namespace {

@@ -1,4 +1,4 @@
-#include "host_sim/info_report.h"
+#include "qvo_host/info_report.h"
 
 #include <cstdio>
 #include <cstdlib>

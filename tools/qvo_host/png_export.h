@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "host_sim/frame_image.h"
+#include "qvo_host/frame_image.h"
 
 namespace host_sim {
 

@@ -1,4 +1,4 @@
-#include "host_sim/frame_image.h"
+#include "qvo_host/frame_image.h"
 
 #include <algorithm>
 #include <cmath>

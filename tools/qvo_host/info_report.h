@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host_sim/file_inspection.h"
+#include "qvo_host/file_inspection.h"
 
 namespace host_sim {
 

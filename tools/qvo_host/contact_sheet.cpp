@@ -1,4 +1,4 @@
-#include "host_sim/contact_sheet.h"
+#include "qvo_host/contact_sheet.h"
 
 #include <algorithm>
 #include <cstring>
