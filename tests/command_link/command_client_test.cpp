@@ -18,11 +18,13 @@
 #include "host_sim/host_records.h"
 #include "importer/file_info.h"
 #include "importer/file_lifecycle.h"
-#include "open_files/media_info_cache.h"
 #include "logging/plugin_log.h"
+#include "open_files/media_info_cache.h"
 #include "platform/c_runtime_files.h"
 #include "platform/environment.h"
 #include "standin_stitcher/omni_standin_counters.h"
+#include "support/environment.h"
+#include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -38,18 +40,11 @@ constexpr char kPongAnswer[] = R"({"requestId":"2","type":"pong","data":{"msg":"
 class CommandClientTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    for (const char* name : {"HOMEDRIVE", "HOMEPATH"}) {
-      if (const char* value = std::getenv(name)) saved_.emplace_back(name, value);
-    }
     SetHomeDriveAndPath(home_.path().string());
     log_start_ = LogText().size();
   }
 
-  void TearDown() override {
-    StopClient();
-    for (const char* name : {"HOMEDRIVE", "HOMEPATH"}) platform::UnsetEnvironment(name);
-    for (const auto& [name, value] : saved_) platform::SetEnvironment(name, value);
-  }
+  void TearDown() override { StopClient(); }
 
   void WritePortLine(const std::string& line) {
     const std::string path = command_server::PortFilePath(home_.path().string());
@@ -80,9 +75,7 @@ class CommandClientTest : public ::testing::Test {
     return *server_;
   }
 
-  static std::string LogText() {
-    return ReadWholeFile(platform::NativePath(PluginLog::Get()->folder() + "\\Plugin.log"));
-  }
+  static std::string LogText() { return PluginLogText(CurrentProfile()); }
 
   // Occurrences of `text` in the log lines written since the test began.
   size_t LoggedSinceStart(const std::string& text) const {
@@ -98,7 +91,7 @@ class CommandClientTest : public ::testing::Test {
   std::optional<CommandServer> server_;
   std::thread thread_;
   size_t log_start_ = 0;
-  std::vector<std::pair<std::string, std::string>> saved_;
+  SavedEnvironment saved_{{"HOMEDRIVE", "HOMEPATH"}, false};
 };
 
 TEST_F(CommandClientTest, AnswersTwoRequestsOfOneReceiveInOrder) {

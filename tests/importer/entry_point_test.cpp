@@ -11,6 +11,7 @@
 #include "logging/plugin_log.h"
 #include "platform/c_runtime_files.h"
 #include "platform/sockets.h"
+#include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
 
 extern "C" int32_t xImportEntry(int32_t selector, imStdParms* std_parms, void* param1,
@@ -40,9 +41,7 @@ class EntryPointTest : public ::testing::Test {
     return first;
   }
 
-  static std::string LogText() {
-    return ReadWholeFile(platform::NativePath(PluginLog::Get()->folder() + "\\Plugin.log"));
-  }
+  static std::string LogText() { return PluginLogText(CurrentProfile()); }
 };
 
 TEST_F(EntryPointTest, DeclinesSelectorsItDoesNotServe) {

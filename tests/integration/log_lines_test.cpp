@@ -16,13 +16,13 @@ class LogLinesTest : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    start_ = PluginLogText().size();
+    start_ = LogText().size();
   }
 
   // Whether a whole line written since the test began matches `pattern` (ECMAScript), which
   // stands for what follows the time stamp.
   bool Logged(const std::string& pattern) const {
-    const std::string written = PluginLogText().substr(start_);
+    const std::string written = LogText().substr(start_);
     const std::regex line("(^|\\n)\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d " + pattern +
                           "\\r?\\n");
     return std::regex_search(written, line);

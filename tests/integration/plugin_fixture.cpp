@@ -11,7 +11,8 @@ constexpr int32_t kInterfaceVersion = 23;
 
 host_sim::PluginModule* plugin = nullptr;
 command_server::CommandServer* server = nullptr;
-std::filesystem::path* log_file = nullptr;
+// Where the plug-in settled its log at start-up; the test main points USERPROFILE elsewhere later.
+std::filesystem::path* plugin_profile = nullptr;
 
 // Start-up and shut-down run once: shut-down waits for the command thread's pause. The plug-in's
 // profile is a folder of the program's own, where it logs; the command server is listening, with
@@ -23,9 +24,8 @@ class PluginEnvironment : public ::testing::Environment {
     const std::string home = home_.path().string();
     std::filesystem::create_directories(home_.path() / "AppData" / "Local");
     platform::SetEnvironment("USERPROFILE", home);
+    plugin_profile = new std::filesystem::path(home_.path());
     SetHomeDriveAndPath(home);
-    log_file = new std::filesystem::path(home_.path() / "AppData" / "Local" / "quorvel" / "Adobe" /
-                                         "Plugin.log");
     server = new command_server::CommandServer();
     ASSERT_TRUE(server->WritePortFile(home));
 
@@ -48,7 +48,7 @@ class PluginEnvironment : public ::testing::Environment {
       stopping.ShutDown();
     }
     delete server;
-    delete log_file;
+    delete plugin_profile;
   }
 
  private:
@@ -61,7 +61,7 @@ const auto* const environment = ::testing::AddGlobalTestEnvironment(new PluginEn
 
 command_server::CommandServer& PluginTest::Server() { return *server; }
 
-std::string PluginTest::PluginLogText() { return ReadWholeFile(*log_file); }
+std::string PluginTest::LogText() { return PluginLogText(*plugin_profile); }
 
 void PluginTest::SetUp() {
   session_ = std::make_unique<host_sim::HostSession>(*plugin, kInterfaceVersion);

@@ -14,6 +14,7 @@
 #include "host_sim/host_file.h"
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
+#include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
 
 template <typename T>
@@ -57,7 +58,7 @@ class PluginTest : public ::testing::Test {
   static command_server::CommandServer& Server();
 
   // Everything the plug-in has written to its Plugin.log.
-  static std::string PluginLogText();
+  static std::string LogText();
 
   std::unique_ptr<host_sim::HostSession> session_;
   TempFolder folder_;

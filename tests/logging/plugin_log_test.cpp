@@ -10,6 +10,8 @@
 
 #include "platform/c_runtime_files.h"
 #include "platform/environment.h"
+#include "support/environment.h"
+#include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
 
 namespace fs = std::filesystem;
@@ -34,30 +36,13 @@ constexpr int32_t kThreshold = 5242880;
 
 class PluginLogTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    SetClock(4, 33, 19);
-    for (const char* name : {"USERPROFILE", "HOMEDRIVE", "HOMEPATH"}) {
-      if (const char* value = std::getenv(name)) saved_.emplace_back(name, value);
-      platform::UnsetEnvironment(name);
-    }
-  }
-
-  void TearDown() override {
-    for (const char* name : {"USERPROFILE", "HOMEDRIVE", "HOMEPATH"}) {
-      platform::UnsetEnvironment(name);
-    }
-    for (const auto& [name, value] : saved_) platform::SetEnvironment(name, value);
-  }
+  void SetUp() override { SetClock(4, 33, 19); }
 
   // A profile folder that has AppData\Local, as every Windows profile does.
   fs::path MakeProfile() {
     fs::path profile = temp_.path() / "profile";
     fs::create_directories(profile / "AppData" / "Local");
     return profile;
-  }
-
-  static fs::path LogFolderOf(const fs::path& profile) {
-    return profile / "AppData" / "Local" / "quorvel" / "Adobe";
   }
 
   static void WriteOneLine(PluginLog& log) {
@@ -73,7 +58,7 @@ class PluginLogTest : public ::testing::Test {
     {
       PluginLog log(FixedClock);
       WriteOneLine(log);
-      bytes = static_cast<int32_t>(fs::file_size(LogFolderOf(elsewhere.path()) / "Plugin.log"));
+      bytes = static_cast<int32_t>(fs::file_size(PluginLogFolder(elsewhere.path()) / "Plugin.log"));
     }
     platform::UnsetEnvironment("USERPROFILE");
     return bytes;
@@ -85,7 +70,7 @@ class PluginLogTest : public ::testing::Test {
   }
 
   TempFolder temp_;
-  std::vector<std::pair<std::string, std::string>> saved_;
+  SavedEnvironment saved_{{"USERPROFILE", "HOMEDRIVE", "HOMEPATH"}, true};
 };
 
 TEST_F(PluginLogTest, WritesTheDocumentedLinesByteForByte) {
@@ -99,7 +84,7 @@ TEST_F(PluginLogTest, WritesTheDocumentedLinesByteForByte) {
     log.Write(kLogInfo, kLogSource, 7, "two\nparts");
   }
   const std::string eol = platform::kTextModeLineEnd;
-  EXPECT_EQ(ReadWholeFile(LogFolderOf(profile) / "Plugin.log"),
+  EXPECT_EQ(PluginLogText(profile),
             "2026-11-16 04:33:19 INFO  Open File: D:\\clips\\take1 SDK_File_Import:856" + eol +
                 "2026-11-16 04:33:20 ERROR  PRSource failed. SDK_File_Import:862" + eol +
                 "2026-11-16 04:33:20 INFO  two" + eol + "parts SDK_File_Import:7" + eol);
@@ -112,7 +97,7 @@ TEST_F(PluginLogTest, DropsDebugLines) {
     PluginLog log(FixedClock);
     log.Write(kLogDebug, kLogSource, 1, "never written");
   }
-  EXPECT_EQ(ReadWholeFile(LogFolderOf(profile) / "Plugin.log"), "");
+  EXPECT_EQ(PluginLogText(profile), "");
 }
 
 TEST_F(PluginLogTest, FindsTheFolderFromHomeDriveAndHomePathWithoutUserProfile) {
@@ -121,7 +106,7 @@ TEST_F(PluginLogTest, FindsTheFolderFromHomeDriveAndHomePathWithoutUserProfile) 
   SetHomeDriveAndPath(text);
   PluginLog log(FixedClock);
   EXPECT_EQ(log.folder(), text + "\\AppData\\Local\\quorvel\\Adobe");
-  EXPECT_TRUE(fs::exists(LogFolderOf(profile) / "Plugin.log"));
+  EXPECT_TRUE(fs::exists(PluginLogFolder(profile) / "Plugin.log"));
 }
 
 TEST_F(PluginLogTest, PrefersUserProfileAndNeverReadsTheHomeVariables) {
@@ -142,8 +127,8 @@ TEST_F(PluginLogTest, CreatesMissingQuorvelAndAdobeFolders) {
     PluginLog log(FixedClock);
     WriteOneLine(log);
   }
-  EXPECT_TRUE(fs::is_directory(LogFolderOf(profile)));
-  EXPECT_GT(fs::file_size(LogFolderOf(profile) / "Plugin.log"), 0u);
+  EXPECT_TRUE(fs::is_directory(PluginLogFolder(profile)));
+  EXPECT_GT(fs::file_size(PluginLogFolder(profile) / "Plugin.log"), 0u);
 }
 
 TEST_F(PluginLogTest, WithoutAppDataLocalCreatesNothingAndWritesNothing) {
@@ -173,20 +158,20 @@ TEST_F(PluginLogTest, SaysSoOnStandardOutputWhenNoHomeIsKnown) {
 TEST_F(PluginLogTest, KeepsAFileOneByteBelowTheThreshold) {
   int32_t line = OneLineBytes();
   fs::path profile = MakeProfile();
-  fs::path file = LogFolderOf(profile) / "Plugin.log";
+  fs::path file = PluginLogFolder(profile) / "Plugin.log";
   Prefill(file, kThreshold - line - 1);
   platform::SetEnvironment("USERPROFILE", profile.string());
   PluginLog log(FixedClock);
   WriteOneLine(log);
   EXPECT_EQ(fs::file_size(file), static_cast<uintmax_t>(kThreshold - 1));
-  EXPECT_EQ(std::distance(fs::directory_iterator(LogFolderOf(profile)), fs::directory_iterator()),
-            1);
+  EXPECT_EQ(
+      std::distance(fs::directory_iterator(PluginLogFolder(profile)), fs::directory_iterator()), 1);
 }
 
 TEST_F(PluginLogTest, RotatesAtExactlyTheThresholdAndGoesOnInAFreshFile) {
   int32_t line = OneLineBytes();
   fs::path profile = MakeProfile();
-  fs::path folder = LogFolderOf(profile);
+  fs::path folder = PluginLogFolder(profile);
   Prefill(folder / "Plugin.log", kThreshold - line);
   platform::SetEnvironment("USERPROFILE", profile.string());
   PluginLog log(FixedClock);
@@ -204,7 +189,7 @@ TEST_F(PluginLogTest, RotatesAtExactlyTheThresholdAndGoesOnInAFreshFile) {
 TEST_F(PluginLogTest, KeepsGrowingWhenTheRotatedNameIsTakenAndRotatesInALaterSecond) {
   int32_t line = OneLineBytes();
   fs::path profile = MakeProfile();
-  fs::path folder = LogFolderOf(profile);
+  fs::path folder = PluginLogFolder(profile);
   Prefill(folder / "Plugin.2026_11_16_04_33_19.log", 3);
   Prefill(folder / "Plugin.log", kThreshold - line);
   platform::SetEnvironment("USERPROFILE", profile.string());
@@ -238,7 +223,7 @@ TEST_F(PluginLogTest, LinesFromManyThreadsNeverInterleave) {
     }
     for (auto& writer : writers) writer.join();
   }
-  std::ifstream file(LogFolderOf(profile) / "Plugin.log");
+  std::ifstream file(PluginLogFolder(profile) / "Plugin.log");
   const std::regex whole_line(
       R"(2026-11-16 04:33:19 INFO  thread (\d) line \d+ SDK_File_Import:(\d)\r?)");
   int lines = 0;

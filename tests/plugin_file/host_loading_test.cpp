@@ -8,7 +8,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -18,6 +17,7 @@
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
 #include "platform/dynamic_library.h"
+#include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -118,12 +118,6 @@ fs::path BuiltFile(const std::string& name) {
   return fs::u8path(platform::ExecutableFolder()) / name;
 }
 
-// The Plugin.log of the profile that every test program logs into.
-std::string PluginLogText() {
-  return ReadWholeFile(fs::u8path(std::getenv("USERPROFILE")) / "AppData" / "Local" / "quorvel" /
-                       "Adobe" / "Plugin.log");
-}
-
 class HostLoadingTest : public ::testing::Test {
  protected:
   // The plug-in file in a plug-in folder of its own, with the stitching library beside it or not.
@@ -190,8 +184,9 @@ TEST_F(HostLoadingTest, LoadsAndAnswersWithoutTheStitchingLibrary) {
     imImportInfoRec capabilities;
     EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
     const std::string tried = (plugins_.path() / "Incomplete" / kStitcher).u8string();
-    EXPECT_NE(PluginLogText().find("ERROR Stitching library could not be loaded from " + tried +
-                                   " (error 126) SDK_File_Import:124"),
+    EXPECT_NE(PluginLogText(CurrentProfile())
+                  .find("ERROR Stitching library could not be loaded from " + tried +
+                        " (error 126) SDK_File_Import:124"),
               std::string::npos);
 
     int32_t last_result = 0;
@@ -199,7 +194,7 @@ TEST_F(HostLoadingTest, LoadsAndAnswersWithoutTheStitchingLibrary) {
     const std::string path = clips_.WriteFile("clip.qvo", "{}");
     host_sim::HostFile clip(session, path, session.FileTypeFor(path)->file_type);
     EXPECT_EQ(clip.Open(), malUnknownError);
-    EXPECT_NE(PluginLogText().find("ERROR  PRSource failed. SDK_File_Import:862"),
+    EXPECT_NE(PluginLogText(CurrentProfile()).find("ERROR  PRSource failed. SDK_File_Import:862"),
               std::string::npos);
     EXPECT_EQ(session.ShutDown(), imNoErr);
   }
