@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstring>
 #include <new>
 
@@ -19,7 +18,7 @@ extern "C" int32_t xImportEntry(int32_t selector, imStdParms* std_parms, void* p
 
 namespace {
 
-constexpr int32_t kUntouched = 0x55555555;
+constexpr unsigned char kUntouchedByte = 0x55;
 
 class EntryPointTest : public ::testing::Test {
  protected:
@@ -28,17 +27,15 @@ class EntryPointTest : public ::testing::Test {
     StopFlag = false;
   }
 
-  // Starts the plug-in with a capability record whose every word is kUntouched.
-  std::array<int32_t, 19> StartWithInterfaceVersion(int32_t version) {
-    std::array<int32_t, sizeof(imImportInfoRec) / 4 + 1> words;
-    words.fill(kUntouched);
+  // A capability record whose every byte is kUntouchedByte, as the start-up of `version` leaves it.
+  static imImportInfoRec StartWithInterfaceVersion(int32_t version) {
+    imImportInfoRec capabilities;
+    std::memset(&capabilities, kUntouchedByte, sizeof(capabilities));
     imStdParms std_parms{};
     std_parms.imInterfaceVer = version;
-    EXPECT_EQ(xImportEntry(imInit, &std_parms, words.data(), nullptr), imNoErr);
+    EXPECT_EQ(xImportEntry(imInit, &std_parms, &capabilities, nullptr), imNoErr);
     EXPECT_EQ(xImportEntry(imShutdown, &std_parms, nullptr, nullptr), imNoErr);
-    std::array<int32_t, 19> first;
-    std::memcpy(first.data(), words.data(), sizeof(first));
-    return first;
+    return capabilities;
   }
 
   static std::string LogText() { return PluginLogText(CurrentProfile()); }
@@ -100,19 +97,26 @@ TEST_F(EntryPointTest, AnswersEachHandlersFailureForNullRecords) {
   EXPECT_EQ(xImportEntry(imGetIndFormat, &std_parms, nullptr, nullptr), imBadFormatIndex);
 }
 
-TEST_F(EntryPointTest, FillsTheCapabilityWordsOfInterfaceVersion5) {
-  std::array<int32_t, 19> words = StartWithInterfaceVersion(5);
-  const std::array<int32_t, 19> expected = {
-      kUntouched, kUntouched, 1, 1, kUntouched, kUntouched, kUntouched, kUntouched, kUntouched, 1,
-      0,          0,          0, 0, kUntouched, kUntouched, 1,          1,          kUntouched};
-  EXPECT_EQ(words, expected);
-}
-
-TEST_F(EntryPointTest, SetsWord18FromInterfaceVersion6) {
-  std::array<int32_t, 19> words = StartWithInterfaceVersion(6);
-  EXPECT_EQ(words[18], 1);
-  EXPECT_EQ(words[17], 1);
-  EXPECT_EQ(words[4], kUntouched);
+TEST_F(EntryPointTest, FillsTheCapabilitiesItHasAndLeavesTheRestOfTheRecordAsTheHostFilledIt) {
+  for (int32_t version : {5, 6}) {
+    SCOPED_TRACE(version);
+    imImportInfoRec expected;
+    std::memset(&expected, kUntouchedByte, sizeof(expected));
+    expected.canSave = 1;
+    expected.canDelete = 1;
+    expected.hasSetup = 1;
+    expected.dontCache = 0;
+    expected.setupOnDblClk = 0;
+    expected.keepLoaded = 0;
+    expected.priority = 0;
+    expected.canCalcSizes = 1;
+    expected.canTrim = 1;
+    if (version >= 6) expected.avoidAudioConform = 1;
+    const imImportInfoRec filled = StartWithInterfaceVersion(version);
+    EXPECT_EQ(filled.avoidAudioConform, expected.avoidAudioConform);
+    EXPECT_EQ(filled.canTrim, 1);
+    EXPECT_EQ(std::memcmp(&filled, &expected, sizeof(expected)), 0);
+  }
 }
 
 TEST_F(EntryPointTest, StartsTheCommandThreadAndSucceedsWhenSocketsFailToStart) {

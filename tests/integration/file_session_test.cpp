@@ -56,34 +56,35 @@ TEST_F(FileSessionTest, InformationWithoutAContextIsRefusedAndLeavesItsHandleLoc
 
 TEST_F(FileSessionTest, ReportsTheTimeBaseInHundredthsOfAFrame) {
   auto clip = DescribedClip(R"({"width": 64, "height": 32, "fps": 29.97, "frames": 900})");
-  EXPECT_EQ(InfoField<int32_t>(*clip, 162), 2997);
-  EXPECT_EQ(InfoField<int32_t>(*clip, 166), 100);
-  EXPECT_EQ(InfoField<int32_t>(*clip, 170), 90000);
-  EXPECT_EQ(HeaderField<uint64_t>(*clip, 70), 8475675675u) << "ticks per frame, truncated";
+  EXPECT_EQ(Info(*clip).vidScale, 2997);
+  EXPECT_EQ(Info(*clip).vidSampleSize, 100);
+  EXPECT_EQ(Info(*clip).vidDuration, 90000);
+  EXPECT_EQ(Header(*clip).frame_duration, 8475675675u) << "ticks per frame, truncated";
 
   auto film = DescribedClip(R"({"width": 64, "height": 32, "fps": 23.976})");
-  EXPECT_EQ(InfoField<int32_t>(*film, 162), 2397);
+  EXPECT_EQ(Info(*film).vidScale, 2397);
 }
 
 TEST_F(FileSessionTest, DescribesThePictureAsAnEquirectangularSphere) {
   auto mono = DescribedClip(R"({"width": 64, "height": 32})");
   auto stereo = DescribedClip(R"({"width": 64, "height": 64, "stereo": true})");
   for (const HostFile* clip : {mono, stereo}) {
-    EXPECT_EQ(InfoField<char>(*clip, 0), 1);       // has video
-    EXPECT_EQ(InfoField<int16_t>(*clip, 12), 32);  // depth
-    EXPECT_EQ(InfoField<int32_t>(*clip, 14), 0x524C455F);
-    EXPECT_EQ(InfoField<char>(*clip, 22), 1);       // straight alpha at depth 32
-    EXPECT_EQ(InfoField<int32_t>(*clip, 54), 1);    // the host sends source-video requests
-    EXPECT_EQ(InfoField<int32_t>(*clip, 5357), 1);  // equirectangular
-    EXPECT_EQ(InfoField<uint32_t>(*clip, 5365), 360u);
-    EXPECT_EQ(InfoField<uint32_t>(*clip, 5369), 180u);
-    EXPECT_EQ(InfoField<int32_t>(*clip, 194), 4);  // separate sequential audio
-    EXPECT_EQ(InfoField<char>(*clip, 214), 1);     // has a data-rate table
+    const imFileInfoRec8& info = Info(*clip);
+    EXPECT_EQ(info.hasVideo, 1);
+    EXPECT_EQ(info.vidInfo.depth, 32);
+    EXPECT_EQ(info.vidInfo.subType, 0x524C455F);
+    EXPECT_EQ(info.vidInfo.alphaType, 1) << "straight alpha at depth 32";
+    EXPECT_EQ(info.vidInfo.supportsGetSourceVideo, 1);
+    EXPECT_EQ(info.ivProjectionType, 1) << "equirectangular";
+    EXPECT_EQ(info.ivHorizontalCapturedView, 360u);
+    EXPECT_EQ(info.ivVerticalCapturedView, 180u);
+    EXPECT_EQ(info.accessModes, 4) << "separate sequential audio";
+    EXPECT_EQ(info.hasDataRate, 1);
     EXPECT_TRUE(clip->info().TailUntouched());
   }
-  EXPECT_EQ(InfoField<int32_t>(*mono, 5361), 0);
-  EXPECT_EQ(InfoField<int32_t>(*stereo, 5361), 1);
-  EXPECT_EQ(InfoField<int32_t>(*stereo, 6), 64);
+  EXPECT_EQ(Info(*mono).ivFrameLayout, 0);
+  EXPECT_EQ(Info(*stereo).ivFrameLayout, 1);
+  EXPECT_EQ(Info(*stereo).vidInfo.imageHeight, 64);
 }
 
 TEST_F(FileSessionTest, ReportsSoundAsPlanarFloatWithTheHeadersChannelKind) {
@@ -95,16 +96,17 @@ TEST_F(FileSessionTest, ReportsSoundAsPlanarFloatWithTheHeadersChannelKind) {
     auto clip = DescribedClip(
         R"({"width": 64, "height": 32, "audio": {"rate": 44100, "sample_frames": 1000, "channels": )" +
         std::to_string(c.channels) + "}}");
-    EXPECT_EQ(InfoField<char>(*clip, 1), 1);
-    EXPECT_EQ(InfoField<int32_t>(*clip, 174), c.channels);
-    EXPECT_EQ(InfoField<float>(*clip, 178), 44100.0f);
-    EXPECT_EQ(InfoField<int32_t>(*clip, 182), 6);
-    EXPECT_EQ(InfoField<int64_t>(*clip, 186), 1000);
-    EXPECT_EQ(HeaderField<uint32_t>(*clip, 66), c.kind) << c.channels << " channels";
+    const imFileInfoRec8& info = Info(*clip);
+    EXPECT_EQ(info.hasAudio, 1);
+    EXPECT_EQ(info.audInfo.numChannels, c.channels);
+    EXPECT_EQ(info.audInfo.sampleRate, 44100.0f);
+    EXPECT_EQ(info.audInfo.sampleType, 6);
+    EXPECT_EQ(info.audDuration, 1000);
+    EXPECT_EQ(Header(*clip).channel_type, c.kind) << c.channels << " channels";
   }
   auto silent = DescribedClip(R"({"width": 64, "height": 32, "audio": null})");
-  EXPECT_EQ(InfoField<char>(*silent, 1), 0);
-  EXPECT_EQ(HeaderField<uint32_t>(*silent, 22), 0u);
+  EXPECT_EQ(Info(*silent).hasAudio, 0);
+  EXPECT_EQ(Header(*silent).has_audio, 0u);
 }
 
 TEST_F(FileSessionTest, DataRateEntriesCountNtscFramesInThousandAndFirstParts) {

@@ -14,6 +14,7 @@
 #include "host_sim/host_file.h"
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
+#include "sample_file/sample_file_header.h"
 #include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
 
@@ -41,15 +42,14 @@ class PluginTest : public ::testing::Test {
   // The native path of a clip made by Clip.
   std::string PathOf(const host_sim::HostFile& clip) const;
 
-  // A field of the sample file header at the start of the file's private record.
-  template <typename T>
-  static T HeaderField(const host_sim::HostFile& clip, size_t offset) {
-    return ReadAt<T>(*static_cast<char**>(clip.private_data()), offset);
+  // The sample file header at the start of the file's private record.
+  static const SampleFileHeader& Header(const host_sim::HostFile& clip) {
+    return *reinterpret_cast<const SampleFileHeader*>(*static_cast<char**>(clip.private_data()));
   }
 
-  template <typename T>
-  static T InfoField(const host_sim::HostFile& clip, size_t offset) {
-    return ReadAt<T>(clip.info().record(), offset);
+  // The file-information record as the plug-in left it. REQUIRES: GetInfo has been called.
+  static const imFileInfoRec8& Info(const host_sim::HostFile& clip) {
+    return *clip.info().record();
   }
 
   host_sim::Host& host() { return session_->host(); }
