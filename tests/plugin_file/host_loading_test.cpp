@@ -166,6 +166,39 @@ TEST_F(HostLoadingTest, IsAnImporterThatDelayLoadsTheStitchingLibrary) {
   }
 }
 
+// What Properties > Details shows of the file.
+TEST_F(HostLoadingTest, CarriesTheProjectVersionAndNames) {
+  const std::wstring path = fs::u8path(host_sim::DefaultPluginPath()).wstring();
+  DWORD ignored = 0;
+  std::vector<BYTE> block(GetFileVersionInfoSizeW(path.c_str(), &ignored));
+  ASSERT_FALSE(block.empty());
+  ASSERT_TRUE(GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()));
+  auto text = [&block](const wchar_t* name) {
+    wchar_t* value = nullptr;
+    UINT length = 0;
+    const std::wstring key = std::wstring(L"\\StringFileInfo\\040904B0\\") + name;
+    if (!VerQueryValueW(block.data(), key.c_str(), reinterpret_cast<void**>(&value), &length)) {
+      return std::wstring();
+    }
+    return std::wstring(value);
+  };
+  const std::string expected = QUORVEL_EXPECTED_VERSION;
+  EXPECT_EQ(text(L"FileVersion"), std::wstring(expected.begin(), expected.end()));
+  EXPECT_EQ(text(L"ProductVersion"), std::wstring(expected.begin(), expected.end()));
+  EXPECT_EQ(text(L"ProductName"), L"Quorvel Omni Importer");
+  EXPECT_EQ(text(L"CompanyName"), L"Quorvel");
+  EXPECT_EQ(text(L"FileDescription"), L"Quorvel Omni Project importer for Adobe Premiere Pro");
+
+  VS_FIXEDFILEINFO* fixed = nullptr;
+  UINT length = 0;
+  ASSERT_TRUE(VerQueryValueW(block.data(), L"\\", reinterpret_cast<void**>(&fixed), &length));
+  const std::string numbers = std::to_string(HIWORD(fixed->dwFileVersionMS)) + "." +
+                              std::to_string(LOWORD(fixed->dwFileVersionMS)) + "." +
+                              std::to_string(HIWORD(fixed->dwFileVersionLS)) + "." +
+                              std::to_string(LOWORD(fixed->dwFileVersionLS));
+  EXPECT_EQ(numbers, expected);
+}
+
 TEST_F(HostLoadingTest, LoadingStartsNoWinsock) {
   ASSERT_EQ(WSACleanup(), SOCKET_ERROR);
   ASSERT_EQ(WSAGetLastError(), WSANOTINITIALISED) << "the test program itself started Winsock";
