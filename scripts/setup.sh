@@ -7,7 +7,7 @@ packages=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   rapidjson-dev libasio-dev libstb-dev
   g++-mingw-w64-x86-64-posix mingw-w64-tools
-  wine wine64
+  wine wine64 wixl msitools
 )
 
 missing=()
