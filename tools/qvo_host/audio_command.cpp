@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "qvo_host/opened_clip.h"
+#include "qvo_host/progress_line.h"
 #include "qvo_host/wav_writer.h"
 
 namespace host_sim {
@@ -44,21 +45,20 @@ bool ReadAllBlocks(HostFile* file, const Sound& sound, FloatWavWriter* wav) {
   std::vector<std::vector<float>> channels(sound.channels, std::vector<float>(block));
   std::vector<float*> buffers;
   for (std::vector<float>& channel : channels) buffers.push_back(channel.data());
-  int last_percent = -1;
+  ProgressLine progress("sound", sound.sample_frames);
   for (uint32_t done = 0; done < sound.sample_frames;) {
     const uint32_t size = std::min(block, sound.sample_frames - done);
     const int32_t result = file->ReadAudio(done == 0 ? 0 : -1, size, buffers.data());
     if (result != imNoErr) {
-      std::fprintf(stderr, "\nqvo-host: sound at %u: result %d\n", done, result);
+      progress.Finish();
+      std::fprintf(stderr, "qvo-host: sound at %u: result %d\n", done, result);
       return false;
     }
     if (!wav->AppendPlanar(buffers.data(), size)) return false;
     done += size;
-    const int percent = static_cast<int>(uint64_t{done} * 100 / sound.sample_frames);
-    if (percent != last_percent) std::fprintf(stderr, "\rsound %d%%", percent);
-    last_percent = percent;
+    progress.Update(done);
   }
-  std::fprintf(stderr, "\n");
+  progress.Finish();
   return true;
 }
 

@@ -9,6 +9,7 @@
 #include "qvo_host/contact_sheet.h"
 #include "qvo_host/opened_clip.h"
 #include "qvo_host/png_export.h"
+#include "qvo_host/progress_line.h"
 
 namespace host_sim {
 namespace {
@@ -83,13 +84,12 @@ bool ExportFrames(HostSession& session, const FramesExport& request) {
   }
   std::vector<RgbImage> thumbnails;
   bool all_written = true;
-  const int32_t total = request.end_frame - request.first_frame;
+  ProgressLine progress("frame", request.end_frame - request.first_frame);
   for (int32_t index = request.first_frame; index < request.end_frame; ++index) {
     all_written = ExportFrame(session, file.get(), index, request, &thumbnails) && all_written;
-    std::fprintf(stderr, "\rframe %d/%d", static_cast<int>(index - request.first_frame + 1),
-                 static_cast<int>(total));
+    progress.Update(index - request.first_frame + 1);
   }
-  std::fprintf(stderr, "\n");
+  progress.Finish();
   QuietAndClose(file.get());
   return WriteContactSheet(thumbnails, request.folder) && all_written;
 }

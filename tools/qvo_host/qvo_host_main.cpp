@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "host_sim/host_session.h"
+#include "host_sim/plugin_module.h"
 #include "qvo_host/audio_command.h"
 #include "qvo_host/command_line.h"
 #include "qvo_host/file_inspection.h"
 #include "qvo_host/frames_command.h"
-#include "host_sim/host_session.h"
 #include "qvo_host/info_report.h"
-#include "host_sim/plugin_module.h"
 #include "qvo_host/serve_command.h"
 
 namespace {
