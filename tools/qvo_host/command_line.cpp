@@ -55,6 +55,8 @@ bool ParseOption(int argc, char** argv, int* i, CommandLine* line) {
     return ParseInteger(argv[++*i], &line->seconds) && line->seconds > 0;
   } else if (argument == "--out" && has_value && exports) {
     line->out = argv[++*i];
+  } else if (argument == "--png" && has_value && line->command == "log-report") {
+    line->out = argv[++*i];
   } else if (line->command != "start-up" && argument.rfind("--", 0) != 0) {
     line->files.push_back(argument);
   } else {
@@ -71,13 +73,15 @@ bool ParseCommandLine(int argc, char** argv, CommandLine* line) {
   line->plugin_path = DefaultPluginPath();
   const std::string& command = line->command;
   if (command != "start-up" && command != "info" && command != "frames" && command != "audio" &&
-      command != "serve") {
+      command != "serve" && command != "log-report") {
     return false;
   }
   for (int i = 2; i < argc; ++i) {
     if (!ParseOption(argc, argv, &i, line)) return false;
   }
-  if (command == "info" || command == "serve") return !line->files.empty();
+  if (command == "info" || command == "serve" || command == "log-report") {
+    return !line->files.empty();
+  }
   if (command == "frames")
     return line->files.size() == 1 && !line->out.empty() && line->end_frame > 0;
   if (command == "audio") return line->files.size() == 1 && !line->out.empty();
@@ -92,6 +96,7 @@ void PrintUsage() {
       "       qvo-host frames FILE --range A:B --out DIR [--format yuv|bgra] [--plugin FILE]\n"
       "       qvo-host audio FILE --out FILE.wav [--plugin FILE]\n"
       "       qvo-host serve FILE... [--seconds N] [--plugin FILE]\n"
+      "       qvo-host log-report Plugin.log [Plugin.YYYY_MM_DD_HH_MM_SS.log...] [--png FILE]\n"
       "  start-up  loads the plug-in, starts it, prints its capabilities and the file\n"
       "            types it registers, and shuts it down\n"
       "  info      opens each project file as the host does and prints what the host\n"
@@ -101,7 +106,11 @@ void PrintUsage() {
       "  audio     reads the whole sound, one second per request, into a 32-bit float WAV\n"
       "  serve     keeps the files open for N seconds (default 20), showing frame 0 of each\n"
       "            every 200 ms, and says when one is stitched again after a parameter\n"
-      "            update from the command server\n");
+      "            update from the command server\n"
+      "  log-report  tells what a user's Plugin.log and its rotated files say happened:\n"
+      "            files, frames, stitching time per frame, retries, sources released and\n"
+      "            made again, command-link requests, errors; --png plots the stitching\n"
+      "            time of every frame over the log's time\n");
 }
 
 }  // namespace host_sim

@@ -11,7 +11,7 @@
 namespace host_sim {
 
 struct CommandLine {
-  std::string command;  // start-up, info, frames, audio or serve
+  std::string command;  // start-up, info, frames, audio, serve or log-report
   std::vector<std::string> files;
   bool json = false;
   std::string plugin_path;
@@ -20,7 +20,7 @@ struct CommandLine {
   int32_t first_frame = 0;
   int32_t end_frame = 0;
   PrPixelFormat pixel_format = PrPixelFormat_YUV_420_MPEG4_FRAME_PICTURE_PLANAR_8u_709_FullRange;
-  // frames: the folder; audio: the WAV file.
+  // frames: the folder; audio: the WAV file; log-report: the plot's PNG file, or empty.
   std::string out;
   // serve: how long the clips stay open.
   int32_t seconds = 20;

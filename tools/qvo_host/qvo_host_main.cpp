@@ -11,6 +11,7 @@
 #include "qvo_host/file_inspection.h"
 #include "qvo_host/frames_command.h"
 #include "qvo_host/info_report.h"
+#include "qvo_host/log_report_command.h"
 #include "qvo_host/serve_command.h"
 
 namespace {
@@ -160,5 +161,6 @@ int main(int argc, char** argv) {
     host_sim::PrintUsage();
     return 2;
   }
+  if (line.command == "log-report") return host_sim::ReportLogs(line.files, line.out) ? 0 : 1;
   return Run(line);
 }
