@@ -42,7 +42,10 @@ bool ReportLogs(const std::vector<std::string>& files, const std::string& png_pa
     std::fprintf(stderr, "qvo-host: no stitching plot written to %s\n", png_path.c_str());
     return false;
   }
-  std::printf("plot           %s\n", png_path.c_str());
+  std::printf("plot           %s: %lld s of log from left to right, 0 to %lld ms upwards\n",
+              png_path.c_str(),
+              static_cast<long long>(summary.last_seconds - summary.first_seconds),
+              static_cast<long long>(StitchingPercentile(summary, 100)));
   return true;
 }
 
