@@ -77,6 +77,12 @@ void HostFrames::set_plane_padding(int32_t bytes) {
   plane_padding_ = bytes < 0 ? 0 : bytes;
 }
 
+void HostFrames::set_recycling(bool recycle) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  recycling_ = recycle;
+  if (!recycle) recycled_.clear();
+}
+
 PPixHand HostFrames::Create(PrPixelFormat format, int32_t width, int32_t height) {
   if (format == PrPixelFormat_Any || width <= 0 || height <= 0 || width > kLargestSide ||
       height > kLargestSide) {
@@ -89,15 +95,24 @@ PPixHand HostFrames::Create(PrPixelFormat format, int32_t width, int32_t height)
                                : PackedLayout(format, width, height, row_padding_);
   Entry entry;
   const size_t guarded_size = kGuardBytes + layout.size + kGuardBytes;
-  entry.storage.reset(new (std::nothrow) unsigned char[guarded_size + kAlignment - 1]);
-  if (entry.storage == nullptr) return nullptr;
+  const size_t storage_size = guarded_size + kAlignment - 1;
+  auto kept = recycled_.find(storage_size);
+  const bool recycled = kept != recycled_.end();
+  if (recycled) {
+    entry.storage = std::move(kept->second);
+    recycled_.erase(kept);
+  } else {
+    entry.storage.reset(new (std::nothrow) unsigned char[storage_size]);
+    if (entry.storage == nullptr) return nullptr;
+  }
   void* aligned = entry.storage.get();
-  size_t room = guarded_size + kAlignment - 1;
+  size_t room = storage_size;
   std::align(kAlignment, guarded_size, aligned, room);
   auto* guarded = static_cast<unsigned char*>(aligned);
-  std::memset(guarded, kGuardByte, guarded_size);
   unsigned char* base = guarded + kGuardBytes;
-  std::memset(base, kFreshByte, layout.size);
+  std::memset(guarded, kGuardByte, kGuardBytes);
+  std::memset(base + layout.size, kGuardByte, kGuardBytes);
+  if (!recycled) std::memset(base, kFreshByte, layout.size);
 
   entry.frame = {format, width, height, planar, layout.plane_count, {}, layout.size};
   for (int32_t p = 0; p < layout.plane_count; ++p) {
@@ -135,6 +150,11 @@ bool HostFrames::Dispose(PPixHand handle) {
   if (--found->second.references == 0) {
     std::string fault = GuardFault(found->second);
     if (!fault.empty()) faults_.push_back(fault);
+    if (recycling_) {
+      const size_t storage_size =
+          kGuardBytes + found->second.frame.size + kGuardBytes + kAlignment - 1;
+      recycled_.emplace(storage_size, std::move(found->second.storage));
+    }
     frames_.erase(found);
   }
   return true;

@@ -60,6 +60,11 @@ class HostFrames {
   // from now on (default 0).
   void set_plane_padding(int32_t bytes);
 
+  // With recycling on, a freed frame's buffer is kept and handed to the next frame of the same
+  // size, its bytes left as they were (only its guards are laid again), so that a benchmark
+  // measures the plug-in rather than the host's allocation and filling (default off).
+  void set_recycling(bool recycle);
+
   // A frame of `format` (not PrPixelFormat_Any) and that size, with one reference; null when the
   // format or size is refused or the memory cannot be had.
   PPixHand Create(PrPixelFormat format, int32_t width, int32_t height);
@@ -97,9 +102,12 @@ class HostFrames {
 
   mutable std::mutex mutex_;
   std::unordered_map<PPixHand, Entry> frames_;  // guarded by mutex_
-  std::vector<std::string> faults_;             // guarded by mutex_
-  int32_t row_padding_ = 0;                     // guarded by mutex_
-  int32_t plane_padding_ = 0;                   // guarded by mutex_
+  // Buffers of freed frames by their whole size, while recycling is on; guarded by mutex_.
+  std::unordered_multimap<size_t, std::unique_ptr<unsigned char[]>> recycled_;
+  bool recycling_ = false;           // guarded by mutex_
+  std::vector<std::string> faults_;  // guarded by mutex_
+  int32_t row_padding_ = 0;          // guarded by mutex_
+  int32_t plane_padding_ = 0;        // guarded by mutex_
 };
 
 }  // namespace host_sim

@@ -1,0 +1,62 @@
+#include "bench_host.h"
+
+#include <filesystem>
+
+#include "platform/environment.h"
+
+namespace {
+
+constexpr int32_t kInterfaceVersion = 23;
+
+BenchHost* started = nullptr;
+
+}  // namespace
+
+void UseBenchProfile() {
+  static TempFolder* profile = new TempFolder;
+  std::filesystem::create_directories(profile->path() / "AppData" / "Local");
+  platform::SetEnvironment("USERPROFILE", profile->path().string());
+  SetHomeDriveAndPath(profile->path().string());
+}
+
+BenchHost& BenchHost::Get() {
+  if (started == nullptr) started = new BenchHost;
+  return *started;
+}
+
+void BenchHost::ShutDown() {
+  if (started == nullptr) return;
+  for (auto& clip : started->clips_) clip->Close();
+  started->session_.ShutDown();
+}
+
+BenchHost::BenchHost()
+    : plugin_(host_sim::DefaultPluginPath()), session_(plugin_, kInterfaceVersion) {
+  host().frames().set_recycling(true);
+  imImportInfoRec capabilities;
+  session_.StartUp(&capabilities);
+  int32_t last_result = 0;
+  session_.FileTypes(&last_result);
+}
+
+host_sim::HostFile* BenchHost::OpenClip(const std::string& project) {
+  const std::string path =
+      folder_.WriteFile("clip" + std::to_string(clips_.size() + 1) + ".qvo", project);
+  clips_.push_back(
+      std::make_unique<host_sim::HostFile>(session_, path, session_.FileTypeFor(path)->file_type));
+  clips_.back()->Open();
+  clips_.back()->GetInfo();
+  return clips_.back().get();
+}
+
+std::string BenchHost::PathOf(const host_sim::HostFile& clip) {
+  // The host hands "\\?\" and the native path.
+  return std::filesystem::path(clip.host_path().substr(4)).u8string();
+}
+
+DirectSource::DirectSource(const host_sim::HostFile& clip) {
+  MediaInfo info;
+  source_ = PrSourceFactory::Create(BenchHost::PathOf(clip), &info);
+}
+
+DirectSource::~DirectSource() { PrSourceFactory::Destroy(source_); }

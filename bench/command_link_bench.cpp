@@ -1,0 +1,103 @@
+// The command link's costs: a burst of requests in one write, from a read pending to the last
+// response, beside the command handler answering the same requests in-process; and the memory an
+// idle connection takes for each pass of the connection loop, which queues one read.
+#include <benchmark/benchmark.h>
+
+#include <unistd.h>
+#include <chrono>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "command_link/message_reception.h"
+#include "command_link/parse_json.h"
+#include "command_link/tcp_client.h"
+#include "command_server/command_server.h"
+#include "command_server/requests.h"
+#include "open_files/media_info_cache.h"
+
+namespace {
+
+constexpr int kBurst = 100;
+constexpr uint32_t kReadSize = 0xA00000;  // what each pass of the connection loop asks for
+constexpr char kClipPath[] = "C:\\clips\\burst.qvo";
+
+std::vector<std::string> BurstRequests() {
+  MediaInfo info;
+  info.has_video = 1;
+  info.fps = 29.97;
+  info.frame_count = 300;
+  MediaInfoCache().emplace(kClipPath, info);
+  std::vector<std::string> requests;
+  for (int i = 0; i < kBurst; ++i) {
+    requests.push_back(command_server::MediaInfoRequest(std::to_string(i), kClipPath));
+  }
+  return requests;
+}
+
+void BM_CommandBurst(benchmark::State& state) {
+  std::string burst;
+  for (const std::string& request : BurstRequests()) burst += request + "###";
+  command_server::CommandServer server;
+  command_link::TcpClient client;
+  client.connect("127.0.0.1", server.port(), 2500);
+  server.WaitForConnection(std::chrono::seconds(5));
+  for (auto _ : state) {
+    client.async_read({kReadSize, [&client](command_link::TcpClient::ReadResult& result) {
+                         OnReadComplete(client, result);
+                       }});
+    server.SendRaw(burst);
+    for (int i = 0; i < kBurst; ++i) {
+      if (!server.WaitForResponse(std::chrono::seconds(5))) {
+        state.SkipWithError("a response did not come");
+        break;
+      }
+    }
+  }
+  client.disconnect(true);
+}
+
+void BM_ParseJsonBurst(benchmark::State& state) {
+  std::vector<rapidjson::Document> requests(kBurst);
+  const std::vector<std::string> texts = BurstRequests();
+  for (int i = 0; i < kBurst; ++i) requests[i].Parse(texts[i].c_str());
+  for (auto _ : state) {
+    for (const rapidjson::Document& request : requests) {
+      benchmark::DoNotOptimize(parseJson(request));
+    }
+  }
+}
+
+int64_t ResidentBytes() {
+  std::ifstream statm("/proc/self/statm");
+  int64_t size = 0;
+  int64_t resident = 0;
+  statm >> size >> resident;
+  return resident * sysconf(_SC_PAGESIZE);
+}
+
+// Each pass of an idle connection queues one more read; what it keeps is the request alone, its
+// receive buffer being made only when bytes arrive.
+void BM_IdleLinkMemory(benchmark::State& state) {
+  constexpr int kPasses = 1000;
+  command_server::CommandServer server;
+  command_link::TcpClient client;
+  client.connect("127.0.0.1", server.port(), 2500);
+  server.WaitForConnection(std::chrono::seconds(5));
+  double bytes_per_pass = 0;
+  for (auto _ : state) {
+    const int64_t before = ResidentBytes();
+    for (int pass = 0; pass < kPasses; ++pass) {
+      client.async_read({kReadSize, [](command_link::TcpClient::ReadResult&) {}});
+    }
+    bytes_per_pass = static_cast<double>(ResidentBytes() - before) / kPasses;
+  }
+  state.counters["bytes_per_pass"] = bytes_per_pass;
+  client.disconnect(true);
+}
+
+}  // namespace
+
+BENCHMARK(BM_CommandBurst)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_ParseJsonBurst)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_IdleLinkMemory)->Iterations(1)->Unit(benchmark::kMillisecond);

@@ -1,0 +1,123 @@
+// What a frame costs through the plug-in beside what the same work costs without it: an uncached
+// frame against the stand-in writing the same host buffers directly, a cached frame against the
+// host's cache lookup alone, and the packed rows' spreading against one memmove of their bytes.
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "bench_host.h"
+#include "delivery/row_spreading.h"
+#include "host_sim/frame_cache_suite.h"
+
+namespace {
+
+// The stand-in's cheapest picture, so that what remains is the plug-in's and the host's work.
+std::string FlatClip(int64_t width) {
+  return R"({"width": )" + std::to_string(width) + R"(, "height": )" + std::to_string(width / 2) +
+         R"(, "frames": 1000000, "render": "flat"})";
+}
+
+host_sim::HostFile* FlatClipOfWidth(int64_t width) {
+  static host_sim::HostFile* clips[2] = {nullptr, nullptr};
+  host_sim::HostFile*& clip = clips[width == 3840 ? 0 : 1];
+  if (clip == nullptr) clip = BenchHost::Get().OpenClip(FlatClip(width));
+  return clip;
+}
+
+void BM_UncachedFrame(benchmark::State& state) {
+  host_sim::HostFile* clip = FlatClipOfWidth(state.range(0));
+  host_sim::Host& host = BenchHost::Get().host();
+  const PrTime ticks = clip->TicksPerFrame();
+  int64_t index = 0;
+  for (auto _ : state) {
+    PPixHand frame = nullptr;
+    clip->RequestFrame(index++ * ticks, {0, 0, kPlanarFormat}, &frame);
+    state.PauseTiming();
+    host.frame_cache().ExpireAll();
+    host.frames().Dispose(frame);
+    state.ResumeTiming();
+  }
+}
+
+void BM_DirectFrame(benchmark::State& state) {
+  host_sim::HostFile* clip = FlatClipOfWidth(state.range(0));
+  host_sim::HostFrames& frames = BenchHost::Get().host().frames();
+  const auto width = static_cast<int32_t>(state.range(0));
+  PPixHand frame = frames.Create(kPlanarFormat, width, width / 2);
+  const host_sim::HostFrame* made = frames.Find(frame);
+  uint8_t* planes[3];
+  int strides[3];
+  for (int p = 0; p < 3; ++p) {
+    planes[p] = made->planes[p].bytes;
+    strides[p] = made->planes[p].row_bytes;
+  }
+  DirectSource source(*clip);
+  int64_t index = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(source->GetVideoFrame(index++, width, width / 2, planes, strides));
+  }
+  frames.Dispose(frame);
+}
+
+void BM_CachedFrame(benchmark::State& state) {
+  host_sim::HostFile* clip = FlatClipOfWidth(3840);
+  host_sim::Host& host = BenchHost::Get().host();
+  PPixHand frame = nullptr;
+  clip->RequestFrame(0, {0, 0, kPlanarFormat}, &frame);
+  host.frames().Dispose(frame);
+  for (auto _ : state) {
+    clip->RequestFrame(0, {0, 0, kPlanarFormat}, &frame);
+    host.frames().Dispose(frame);
+  }
+  host.frame_cache().ExpireAll();
+}
+
+void BM_CacheLookup(benchmark::State& state) {
+  host_sim::HostFile* clip = FlatClipOfWidth(3840);
+  host_sim::Host& host = BenchHost::Get().host();
+  PPixHand frame = nullptr;
+  clip->RequestFrame(0, {0, 0, kPlanarFormat}, &frame);
+  host.frames().Dispose(frame);
+  const PrSDKPPixCacheSuite* cache = host_sim::FrameCacheSuite();
+  const auto importer = static_cast<uint32_t>(clip->importer_id());
+  for (auto _ : state) {
+    imFrameFormat format = {0, 0, kPlanarFormat};
+    cache->GetFrameFromCache(importer, 0, 0, 1, &format, &frame, nullptr, 0);
+    host.frames().Dispose(frame);
+  }
+  host.frame_cache().ExpireAll();
+}
+
+constexpr uint32_t kPackedWidth = 3840;
+constexpr uint32_t kPackedHeight = 1920;
+constexpr uint32_t kPackedRow = kPackedWidth * 4;
+constexpr uint32_t kPaddedRow = kPackedRow + 64;
+
+void BM_RowSpreading(benchmark::State& state) {
+  std::vector<uint8_t> frame(static_cast<size_t>(kPaddedRow) * kPackedHeight, 1);
+  for (auto _ : state) {
+    SpreadRowsToPitch(frame.data(), frame.data(), kPaddedRow, 4, kPackedWidth, kPackedHeight);
+    benchmark::ClobberMemory();
+  }
+  state.SetBytesProcessed(state.iterations() * int64_t{kPackedRow} * kPackedHeight);
+}
+
+void BM_Memmove(benchmark::State& state) {
+  std::vector<uint8_t> frame(static_cast<size_t>(kPaddedRow) * kPackedHeight, 1);
+  for (auto _ : state) {
+    std::memmove(frame.data() + 64, frame.data(), size_t{kPackedRow} * kPackedHeight);
+    benchmark::ClobberMemory();
+  }
+  state.SetBytesProcessed(state.iterations() * int64_t{kPackedRow} * kPackedHeight);
+}
+
+}  // namespace
+
+BENCHMARK(BM_UncachedFrame)->Arg(3840)->Arg(7680)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_DirectFrame)->Arg(3840)->Arg(7680)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_CachedFrame)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_CacheLookup)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_RowSpreading)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_Memmove)->Unit(benchmark::kMicrosecond)->UseRealTime();
