@@ -104,8 +104,12 @@ void TcpConnection::OnConnectDone(const asio::ip::tcp::endpoint& endpoint,
   connect_finished_ = true;
   connect_timer_.cancel();
   std::error_code setup_error = error;
-  // A receive must never block the I/O thread, even when readiness was reported in vain.
+  // A receive must never block the I/O thread, even when readiness was reported in vain. Each
+  // response goes out as soon as it is written: waiting to gather small writes would hold a burst
+  // of answers back for the server's delayed acknowledgement.
   if (!connect_timed_out_ && !setup_error) socket_.non_blocking(true, setup_error);
+  if (!connect_timed_out_ && !setup_error)
+    socket_.set_option(asio::ip::tcp::no_delay(true), setup_error);
   if (connect_timed_out_ || setup_error) {
     Drop();
     connect_done_.set_exception(
@@ -171,27 +175,41 @@ void TcpConnection::QueueWrite(TcpClient::WriteRequest request) {
     return;
   }
   writes_.push_back(std::move(request));
-  if (writes_.size() == 1) WriteFront();
+  if (writing_ == 0) WriteQueued();
 }
 
-void TcpConnection::WriteFront() {
-  asio::async_write(socket_, asio::buffer(writes_.front().buffer),
+void TcpConnection::WriteQueued() {
+  writing_ = writes_.size();
+  std::vector<asio::const_buffer> buffers;
+  buffers.reserve(writing_);
+  for (const TcpClient::WriteRequest& request : writes_)
+    buffers.push_back(asio::buffer(request.buffer));
+  asio::async_write(socket_, buffers,
                     [self = shared_from_this()](const std::error_code& error, size_t size) {
                       self->OnWritten(error, size);
                     });
 }
 
 void TcpConnection::OnWritten(const std::error_code& error, size_t size) {
-  TcpClient::WriteRequest request = std::move(writes_.front());
-  writes_.pop_front();
-  if (error) {
-    Drop();
-    AnswerWrite(request, false, size);
-    FailQueuedRequests();
-    return;
+  std::deque<TcpClient::WriteRequest> written;
+  for (size_t i = 0; i < writing_; ++i) {
+    written.push_back(std::move(writes_.front()));
+    writes_.pop_front();
   }
-  AnswerWrite(request, true, size);
-  if (!writes_.empty()) WriteFront();
+  writing_ = 0;
+  if (error) Drop();
+  // Each request hears how much of its own bytes went out.
+  size_t unaccounted = size;
+  for (TcpClient::WriteRequest& request : written) {
+    const size_t own = std::min(unaccounted, request.buffer.size());
+    unaccounted -= own;
+    AnswerWrite(request, !error, own);
+  }
+  if (error) {
+    FailQueuedRequests();
+  } else if (!writes_.empty()) {
+    WriteQueued();
+  }
 }
 
 void TcpConnection::Drop() {
@@ -206,10 +224,10 @@ void TcpConnection::FailQueuedRequests() {
     reads_.pop_front();
     AnswerRead(request, false, {});
   }
-  // The front write is still in the socket's hands; its completion answers it.
-  while (writes_.size() > 1) {
-    TcpClient::WriteRequest request = std::move(writes_[1]);
-    writes_.erase(writes_.begin() + 1);
+  // The writes in the socket's hands are answered by their completion.
+  while (writes_.size() > writing_) {
+    TcpClient::WriteRequest request = std::move(writes_[writing_]);
+    writes_.erase(writes_.begin() + static_cast<std::ptrdiff_t>(writing_));
     AnswerWrite(request, false, 0);
   }
 }

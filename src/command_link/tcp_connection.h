@@ -56,7 +56,7 @@ class TcpConnection : public std::enable_shared_from_this<TcpConnection> {
   void OnReadable(const std::error_code& error);
   std::vector<char> ReceiveAvailable(uint32_t limit, std::error_code& error);
   void QueueWrite(TcpClient::WriteRequest request);
-  void WriteFront();
+  void WriteQueued();
   void OnWritten(const std::error_code& error, size_t size);
   void Drop();
   void FailQueuedRequests();
@@ -73,8 +73,11 @@ class TcpConnection : public std::enable_shared_from_this<TcpConnection> {
   bool connect_timed_out_ = false;
   bool awaiting_data_ = false;
   std::deque<TcpClient::ReadRequest> reads_;
-  // The front entry is being written; the queue is empty exactly when no write is pending.
+  // The front `writing_` entries are being written, in one gathered write, so that a burst of
+  // responses leaves in few sends; the rest wait for it. writing_ is 0 exactly when the queue is
+  // empty.
   std::deque<TcpClient::WriteRequest> writes_;
+  size_t writing_ = 0;
 };
 
 }  // namespace command_link
