@@ -1,6 +1,7 @@
 #include "bench_host.h"
 
 #include <filesystem>
+#include <map>
 
 #include "platform/environment.h"
 
@@ -52,6 +53,17 @@ host_sim::HostFile* BenchHost::OpenClip(const std::string& project) {
 std::string BenchHost::PathOf(const host_sim::HostFile& clip) {
   // The host hands "\\?\" and the native path.
   return std::filesystem::path(clip.host_path().substr(4)).u8string();
+}
+
+host_sim::HostFile* FlatClipOfWidth(int64_t width) {
+  static std::map<int64_t, host_sim::HostFile*> clips;
+  host_sim::HostFile*& clip = clips[width];
+  if (clip == nullptr) {
+    clip = BenchHost::Get().OpenClip(R"({"width": )" + std::to_string(width) + R"(, "height": )" +
+                                     std::to_string(width / 2) +
+                                     R"(, "frames": 1000000, "render": "flat"})");
+  }
+  return clip;
 }
 
 DirectSource::DirectSource(const host_sim::HostFile& clip) {

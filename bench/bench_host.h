@@ -4,6 +4,7 @@
 // recycled, so that the host's allocation does not hide the plug-in's cost.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -44,6 +45,15 @@ class BenchHost {
   host_sim::HostSession session_;
   std::vector<std::unique_ptr<host_sim::HostFile>> clips_;
 };
+
+// For benchmarks timed by hand, where the host's bookkeeping between iterations must not count.
+inline double Seconds(std::chrono::steady_clock::duration elapsed) {
+  return std::chrono::duration<double>(elapsed).count();
+}
+
+// A clip of `width` x `width / 2` with the stand-in's cheapest picture ("render": "flat"), so that
+// what remains of a frame's time is the plug-in's and the host's work; one per width, kept open.
+host_sim::HostFile* FlatClipOfWidth(int64_t width);
 
 // The stand-in's source of a clip, asked directly, as a stitcher's own cost is measured.
 class DirectSource {

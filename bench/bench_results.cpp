@@ -71,13 +71,13 @@ std::vector<Row> Rows(const Medians& m) {
     rows.push_back({std::move(name), measured, ">= " + std::to_string(goal).substr(0, 4) + unit,
                     measured >= goal});
   };
-  // The unit is a line as the frame path pays for it, written between frames.
-  const double line = t("BM_LogLineBetweenFrames/manual_time");
+  // The unit is a line as the frame path pays for it, written between frames of that size.
   double frame_lines = 0;
-  for (const char* width : {"3840", "7680"}) {
-    const double extra = t(std::string("BM_UncachedFrame/") + width + "/manual_time") -
-                         t(std::string("BM_DirectFrame/") + width + "/manual_time");
-    frame_lines = std::max(frame_lines, extra / line);
+  for (const std::string width : {"3840", "7680"}) {
+    const double extra = t("BM_UncachedFrame/" + width + "/manual_time") -
+                         t("BM_DirectFrame/" + width + "/manual_time");
+    frame_lines =
+        std::max(frame_lines, extra / t("BM_LogLineBetweenFrames/" + width + "/manual_time"));
   }
   add_at_most("uncached_frame_overhead", frame_lines, 6, " lines");
   add_at_most("cached_frame_overhead",

@@ -14,23 +14,6 @@
 
 namespace {
 
-// The stand-in's cheapest picture, so that what remains is the plug-in's and the host's work.
-std::string FlatClip(int64_t width) {
-  return R"({"width": )" + std::to_string(width) + R"(, "height": )" + std::to_string(width / 2) +
-         R"(, "frames": 1000000, "render": "flat"})";
-}
-
-double Seconds(std::chrono::steady_clock::duration elapsed) {
-  return std::chrono::duration<double>(elapsed).count();
-}
-
-host_sim::HostFile* FlatClipOfWidth(int64_t width) {
-  static host_sim::HostFile* clips[2] = {nullptr, nullptr};
-  host_sim::HostFile*& clip = clips[width == 3840 ? 0 : 1];
-  if (clip == nullptr) clip = BenchHost::Get().OpenClip(FlatClip(width));
-  return clip;
-}
-
 void BM_UncachedFrame(benchmark::State& state) {
   host_sim::HostFile* clip = FlatClipOfWidth(state.range(0));
   host_sim::Host& host = BenchHost::Get().host();

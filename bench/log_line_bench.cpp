@@ -43,14 +43,14 @@ void BM_LogLine(benchmark::State& state) {
   for (auto _ : state) WriteLine(log);
 }
 
-// A line as the frame path pays for it: written after a 4K frame has gone through the caches.
-// Only the line is timed.
+// A line as the frame path pays for it: written after a frame of the argument's width has gone
+// through the caches. Only the line is timed.
 void BM_LogLineBetweenFrames(benchmark::State& state) {
   PluginLog* log = BenchLog();
-  host_sim::HostFile* clip = BenchHost::Get().OpenClip(
-      R"({"width": 3840, "height": 1920, "frames": 1000000, "render": "flat"})");
+  const auto width = static_cast<int32_t>(state.range(0));
+  host_sim::HostFile* clip = FlatClipOfWidth(width);
   host_sim::HostFrames& frames = BenchHost::Get().host().frames();
-  PPixHand frame = frames.Create(kPlanarFormat, 3840, 1920);
+  PPixHand frame = frames.Create(kPlanarFormat, width, width / 2);
   const host_sim::HostFrame* made = frames.Find(frame);
   uint8_t* planes[3];
   int strides[3];
@@ -61,11 +61,10 @@ void BM_LogLineBetweenFrames(benchmark::State& state) {
   DirectSource source(*clip);
   int64_t index = 0;
   for (auto _ : state) {
-    source->GetVideoFrame(index++, 3840, 1920, planes, strides);
+    source->GetVideoFrame(index++, width, width / 2, planes, strides);
     const auto start = std::chrono::steady_clock::now();
     WriteLine(log);
-    state.SetIterationTime(
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+    state.SetIterationTime(Seconds(std::chrono::steady_clock::now() - start));
   }
   frames.Dispose(frame);
 }
@@ -96,5 +95,5 @@ void BM_DirectLogLine(benchmark::State& state) {
 }  // namespace
 
 BENCHMARK(BM_LogLine)->Threads(1)->Threads(2)->UseRealTime();
-BENCHMARK(BM_LogLineBetweenFrames)->UseManualTime();
+BENCHMARK(BM_LogLineBetweenFrames)->Arg(3840)->Arg(7680)->UseManualTime();
 BENCHMARK(BM_DirectLogLine)->Threads(1)->Threads(2)->UseRealTime();
