@@ -99,7 +99,7 @@ TEST_F(FrameCacheTest, AHitFitsTheWantedFormatWhereItNamesOne) {
   EXPECT_EQ(found, frame);
 }
 
-TEST_F(FrameCacheTest, AddingUnderATakenKeyReleasesTheFrameKeptThere) {
+TEST_F(FrameCacheTest, AddingUnderATakenKeyReleasesTheFrameKeptThereAndRefusesADeadFrame) {
   PPixHand first = NewFrame();
   PPixHand second = NewFrame();
   Add(1, 0, 3, first);
@@ -108,13 +108,9 @@ TEST_F(FrameCacheTest, AddingUnderATakenKeyReleasesTheFrameKeptThere) {
   EXPECT_EQ(host_.frames().Find(first), nullptr);
   EXPECT_EQ(Get(1, 0, 3), second);
   EXPECT_EQ(counters().size(), 1u);
-}
 
-TEST_F(FrameCacheTest, RefusesAFrameThatIsNotLive) {
-  PPixHand frame = NewFrame();
-  host_.frames().Dispose(frame);
-  EXPECT_NE(Add(1, 0, 0, frame), suiteError_NoError);
-  EXPECT_EQ(counters().size(), 0u);
+  EXPECT_NE(Add(1, 0, 4, first), suiteError_NoError);
+  EXPECT_EQ(counters().size(), 1u);
   HostReport report = host_.Report();
   ASSERT_EQ(report.frame_faults.size(), 1u);
   EXPECT_NE(report.frame_faults[0].find("AddFrameToCache"), std::string::npos);

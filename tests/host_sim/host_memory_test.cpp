@@ -20,37 +20,31 @@ class HostMemoryTest : public ::testing::Test {
   Host host_;
 };
 
-TEST_F(HostMemoryTest, AllocatorsGiveBlocksOfTheAskedSizeZeroFilledWhenClearing) {
-  PrMemoryHandle handle = memory().newHandle(1200);
+TEST_F(HostMemoryTest, AllocatesTheAskedSizeZeroFilledWhenClearingAndResizesKeepingTheBytes) {
+  PrMemoryHandle handle = memory().newHandle(4);
   ASSERT_NE(handle, nullptr);
   ASSERT_NE(*handle, nullptr);
-  EXPECT_EQ(memory().getHandleSize(handle), 1200);
-  std::memset(*handle, 0x5A, 1200);
-  PrMemoryHandle cleared = memory().newHandleClear(64);
-  PrMemoryPtr ptr = memory().newPtrClear(64);
-  std::vector<char> zeros(64, 0);
-  EXPECT_EQ(std::memcmp(*cleared, zeros.data(), 64), 0);
-  EXPECT_EQ(std::memcmp(ptr, zeros.data(), 64), 0);
-  memory().disposeHandle(handle);
-  memory().disposeHandle(cleared);
-  memory().disposePtr(ptr);
-  EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
-}
-
-TEST_F(HostMemoryTest, ResizingKeepsTheBytesAndUpdatesTheMasterPointer) {
-  PrMemoryHandle handle = memory().newHandle(4);
+  EXPECT_EQ(memory().getHandleSize(handle), 4);
   std::memcpy(*handle, "qvo", 4);
   ASSERT_EQ(memory().setHandleSize(handle, 4096), 0);
   EXPECT_EQ(memory().getHandleSize(handle), 4096);
   EXPECT_STREQ(*handle, "qvo");
+  std::memset(*handle, 0x5A, 4096);
 
   PrMemoryPtr ptr = memory().newPtr(4);
   std::memcpy(ptr, "abc", 4);
   memory().setPtrSize(&ptr, 2048);
   EXPECT_EQ(memory().getPtrSize(ptr), 2048);
   EXPECT_STREQ(ptr, "abc");
-  memory().disposeHandle(handle);
-  memory().disposePtr(ptr);
+
+  PrMemoryHandle cleared = memory().newHandleClear(64);
+  PrMemoryPtr cleared_ptr = memory().newPtrClear(64);
+  std::vector<char> zeros(64, 0);
+  EXPECT_EQ(std::memcmp(*cleared, zeros.data(), 64), 0);
+  EXPECT_EQ(std::memcmp(cleared_ptr, zeros.data(), 64), 0);
+  for (PrMemoryHandle h : {handle, cleared}) memory().disposeHandle(h);
+  for (PrMemoryPtr p : {ptr, cleared_ptr}) memory().disposePtr(p);
+  EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
 }
 
 TEST_F(HostMemoryTest, CountsLocksRefusesToResizeALockedHandleAndReportsMisuse) {
