@@ -2,17 +2,26 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <memory>
 #include <thread>
 #include <vector>
 
-#include "logging/plugin_log.h"
-#include "platform/c_runtime_files.h"
+#include "command_link/parse_json.h"
+#include "standin_stitcher/omni_standin_counters.h"
+#include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
 
 namespace {
+
+std::atomic<int> expire_calls{0};
+
+prSuiteError CountExpireAll() {
+  ++expire_calls;
+  return suiteError_NoError;
+}
 
 class ContextRegistryTest : public ::testing::Test {
  protected:
@@ -39,6 +48,11 @@ class ContextRegistryTest : public ::testing::Test {
     std::vector<bool> holding;
     for (const auto& context : contexts_) holding.push_back(static_cast<bool>(context->source));
     return holding;
+  }
+
+  // Whether Plugin.log holds `line` after its first `from` bytes.
+  static bool LoggedAfter(size_t from, const std::string& line) {
+    return PluginLogText(CurrentProfile()).find(line, from) != std::string::npos;
   }
 
   void TearDown() override {
@@ -96,12 +110,33 @@ TEST_F(ContextRegistryTest, PassesOverAContextThatTheCallerOrAnotherThreadHolds)
 TEST_F(ContextRegistryTest, ResettingAContextReleasesItsSourceAndSaysSo) {
   FileContext* context = OpenContext();
   PrivateFileRecord record{};
-  const std::string log_file = platform::NativePath(PluginLog::Get()->folder() + "\\Plugin.log");
-  const size_t before = ReadWholeFile(log_file).size();
+  const size_t before = PluginLogText(CurrentProfile()).size();
   registry_.ResetFileContext(context, &record);
   EXPECT_FALSE(context->source);
-  EXPECT_NE(ReadWholeFile(log_file).find("INFO  reset file context SDK_File_Import:1621", before),
-            std::string::npos);
+  EXPECT_TRUE(LoggedAfter(before, "INFO  reset file context SDK_File_Import:1621"));
+}
+
+TEST_F(ContextRegistryTest, AnUpdateRefreshesEveryOtherFilesSourceAndExpiresItsCachedFrames) {
+  PrSDKPPixCacheSuite cache_suite{};
+  cache_suite.ExpireAllPPixesFromCache = CountExpireAll;
+  FileContext* p = OpenContext();
+  FileContext* q = OpenContext();
+  for (FileContext* context : {p, q}) context->cache_suite = &cache_suite;
+  auto updates = [](const FileContext* context) {
+    return OmniStandin_CallCount(kOmniStandinUpdate, context->path.c_str());
+  };
+  expire_calls = 0;
+  const size_t before = PluginLogText(CurrentProfile()).size();
+  ExpireCacheAfterUpdate(registry_, p->path);
+  EXPECT_EQ(updates(p), 0);
+  EXPECT_EQ(updates(q), 1);
+  EXPECT_EQ(expire_calls, 1);
+  EXPECT_TRUE(LoggedAfter(before, "INFO  Expire all cache after update param SDK_File_Import:818"));
+
+  registry_.ReleaseSource(q);
+  ExpireCacheAfterUpdate(registry_, p->path);
+  EXPECT_EQ(updates(q), 1) << "a released source is left alone";
+  EXPECT_EQ(expire_calls, 1);
 }
 
 TEST_F(ContextRegistryTest, RemovedContextsAreNeitherListedNorEvicted) {
