@@ -142,7 +142,7 @@ TEST_F(CommandClientTest, AnswersMediaInfoAndLogsEachRequestAndItsResponse) {
   EXPECT_EQ(LoggedSinceStart("ERROR Request file path is invalid! SDK_File_Import:779"), 1u);
 }
 
-TEST_F(CommandClientTest, ReadsThePortDespiteATrailingCarriageReturnAndNeverConnectsToZero) {
+TEST_F(CommandClientTest, KeepsThePortOfTheFirstLineItReadsAndNeverConnectsToPortZero) {
   server_.emplace();
   WritePortLine("0\n");
   StartClient();
@@ -150,12 +150,9 @@ TEST_F(CommandClientTest, ReadsThePortDespiteATrailingCarriageReturnAndNeverConn
   StopClient();
   WritePortLine(std::to_string(server_->port()) + "\r\n");
   StartClient();
-  EXPECT_TRUE(server_->WaitForConnection(5s));
-}
+  EXPECT_TRUE(server_->WaitForConnection(5s)) << "despite the carriage return";
 
-TEST_F(CommandClientTest, KeepsThePortItReadFirstAfterTheServerMoves) {
-  CommandServer& first = ConnectedServer();
-  const uint16_t first_port = first.port();
+  const uint16_t first_port = server_->port();
   server_.reset();
   CommandServer moved;
   moved.WritePortFile(home_.path().string());
