@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "delivery/sample_file_writer.h"
 #include "sample_file/sample_file_header.h"
 #include "support/temp_folder.h"
 
@@ -53,34 +54,21 @@ TEST(ClampAudioRequestTest, ClampsToTheTotalAndMovesTheSavedPositionToTheEndOfTh
   EXPECT_EQ(saved, 1200);
 }
 
+// Frames of 12 bytes, then 8 bytes of sound.
+const SampleClip kClip = {3, 1, 3, 10.0, 1, 2};
 constexpr uint32_t kFrameBytes = 12;
-constexpr uint32_t kFrames = 3;
 
-// The bytes of frame `index` of the test's sample file.
 std::string FrameContent(uint32_t index) {
-  std::string frame(kFrameBytes, '\0');
-  for (uint32_t i = 0; i < kFrameBytes; ++i) frame[i] = static_cast<char>('a' + index * 8 + i);
+  std::string frame;
+  for (uint32_t i = 0; i < kFrameBytes; ++i) frame += static_cast<char>(FrameByte(index, i));
   return frame;
 }
 
 class SampleFileTest : public ::testing::Test {
  protected:
-  // A sample file: the header, then kFrames frames each followed by "++++", then some audio.
-  std::string WriteSampleFile() {
-    SampleFileHeader header;
-    std::memset(&header, 0, sizeof(header));
-    header.version = kSampleFileVersion;
-    header.has_video = 1;
-    header.frame_count = kFrames;
-    std::string content(reinterpret_cast<const char*>(&header), sizeof(header));
-    for (uint32_t i = 0; i < kFrames; ++i) content += FrameContent(i) + kFrameSeparator;
-    content += std::string(8, 'z');
-    content_ = content;
-    return folder_.WriteFile("sample.qvo", content);
-  }
-
   platform::FileHandle OpenSampleFile() {
-    return platform::OpenFileForReading(HostPath(WriteSampleFile()).c_str());
+    return platform::OpenFileForReading(
+        HostPath(folder_.WriteFile("sample.qvo", content_)).c_str());
   }
 
   std::string ReadFrame(platform::FileHandle file, uint32_t index, uint8_t* result) {
@@ -90,7 +78,7 @@ class SampleFileTest : public ::testing::Test {
   }
 
   TempFolder folder_;
-  std::string content_;
+  const std::string content_ = SampleFileContent(kClip);
 };
 
 TEST_F(SampleFileTest, ReadsFramesAfterTheHeaderAndTheSeparatorsAtA32BitOffset) {
@@ -101,7 +89,8 @@ TEST_F(SampleFileTest, ReadsFramesAfterTheHeaderAndTheSeparatorsAtA32BitOffset) 
     EXPECT_EQ(ReadFrame(file, index, &result), FrameContent(index));
     EXPECT_EQ(result, 0);
   }
-  EXPECT_EQ(ReadFrame(file, kFrames, &result), std::string(8, 'z') + "####");
+  EXPECT_EQ(ReadFrame(file, kClip.frames, &result),
+            content_.substr(kSampleFileHeaderSize + 3 * (kFrameBytes + 4)) + "####");
   EXPECT_EQ(result, 0) << "a short read at the end counts as success";
 
   // 602 + (2^28 + 1) x 16 wraps at 4 GiB to where frame 1 starts.
