@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -14,15 +13,9 @@
 #include "command_server/command_server.h"
 #include "command_server/port_file.h"
 #include "command_server/requests.h"
-#include "host_sim/host.h"
-#include "host_sim/host_records.h"
-#include "importer/file_info.h"
-#include "importer/file_lifecycle.h"
-#include "logging/plugin_log.h"
 #include "open_files/media_info_cache.h"
 #include "platform/c_runtime_files.h"
 #include "platform/environment.h"
-#include "standin_stitcher/omni_standin_counters.h"
 #include "support/environment.h"
 #include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
@@ -94,54 +87,47 @@ class CommandClientTest : public ::testing::Test {
   SavedEnvironment saved_{{"HOMEDRIVE", "HOMEPATH"}, false};
 };
 
-TEST_F(CommandClientTest, AnswersTwoRequestsOfOneReceiveInOrder) {
+TEST_F(CommandClientTest, HandlesEachReceiveByItselfUpToItsFirstBrokenPiece) {
   CommandServer& server = ConnectedServer();
   server.SendRaw(std::string(kPing) + "###" + kPong + "###");
   EXPECT_EQ(server.WaitForResponse(5s), kPingAnswer);
   EXPECT_EQ(server.WaitForResponse(5s), kPongAnswer);
-}
 
-TEST_F(CommandClientTest, AnswersALastRequestWithoutItsDelimiter) {
-  CommandServer& server = ConnectedServer();
-  server.SendRaw(kPing);
-  EXPECT_EQ(server.WaitForResponse(5s), kPingAnswer);
-}
+  server.SendRaw(kPong);
+  EXPECT_EQ(server.WaitForResponse(5s), kPongAnswer) << "the last request needs no delimiter";
 
-TEST_F(CommandClientTest, DropsTheRestOfAReceiveAfterABrokenPiece) {
-  CommandServer& server = ConnectedServer();
   server.SendRaw(std::string(kPing) + "###{\"broken###" + kPong + "###");
   EXPECT_EQ(server.WaitForResponse(5s), kPingAnswer);
   EXPECT_EQ(server.WaitForResponse(300ms), std::nullopt);
   EXPECT_EQ(LoggedSinceStart("ERROR Invalid json format: {\"broken SDK_File_Import:"), 1u);
-}
 
-TEST_F(CommandClientTest, AnswersNothingInAReceiveThatBeginsWithTheDelimiter) {
-  CommandServer& server = ConnectedServer();
   server.SendRaw(std::string("###") + kPing + "###");
   EXPECT_EQ(server.WaitForResponse(300ms), std::nullopt);
   EXPECT_EQ(LoggedSinceStart("ERROR Invalid json format:  SDK_File_Import:"), 1u);
-}
 
-TEST_F(CommandClientTest, LosesARequestCutIntoTwoReceives) {
-  CommandServer& server = ConnectedServer();
   const std::string request = kPing;
   server.SendRaw(request.substr(0, 10));
   std::this_thread::sleep_for(200ms);
   server.SendRaw(request.substr(10) + "###");
-  EXPECT_EQ(server.WaitForResponse(300ms), std::nullopt);
-  EXPECT_EQ(LoggedSinceStart("ERROR Invalid json format: "), 2u);
+  EXPECT_EQ(server.WaitForResponse(300ms), std::nullopt) << "a request cut in two is lost";
+  for (const std::string& piece : {request.substr(0, 10), request.substr(10)}) {
+    EXPECT_EQ(LoggedSinceStart("ERROR Invalid json format: " + piece + " SDK_File_Import:"), 1u);
+  }
 }
 
-TEST_F(CommandClientTest, LogsEachRequestAndItsResponse) {
+TEST_F(CommandClientTest, AnswersMediaInfoAndLogsEachRequestAndItsResponse) {
   MediaInfo media;
-  media.fps = 25.0;
-  media.frame_count = 50;
+  media.fps = 30.0;
+  media.frame_count = 900;
+  media.bitrate = 120000000;
+  media.offset = "0.5,0,0";
   MediaInfoCache()["D:\\logged"] = media;
   CommandServer& server = ConnectedServer();
   const std::string request = command_server::MediaInfoRequest("7", "D:\\logged");
   server.Send(request);
   const std::optional<std::string> response = server.WaitForResponse(5s);
-  ASSERT_TRUE(response.has_value());
+  ASSERT_EQ(response, R"({"requestId":"7","type":"get_media_info","data":{"duration":30.0,)"
+                      R"("bitrate":120000000,"fps":30.0,"offset":"0.5,0,0"}})");
   EXPECT_EQ(LoggedSinceStart("INFO  Received json: " + request + " SDK_File_Import:2527"), 1u);
   EXPECT_EQ(LoggedSinceStart("INFO  Request ID: 7 SDK_File_Import:731"), 1u);
   EXPECT_EQ(LoggedSinceStart("INFO  Request Type: get_media_info SDK_File_Import:737"), 1u);
@@ -156,23 +142,17 @@ TEST_F(CommandClientTest, LogsEachRequestAndItsResponse) {
   EXPECT_EQ(LoggedSinceStart("ERROR Request file path is invalid! SDK_File_Import:779"), 1u);
 }
 
-TEST_F(CommandClientTest, ReadsThePortDespiteATrailingCarriageReturn) {
-  server_.emplace();
-  WritePortLine(std::to_string(server_->port()) + "\r\n");
-  StartClient();
-  EXPECT_TRUE(server_->WaitForConnection(5s));
-}
-
-TEST_F(CommandClientTest, NeverConnectsWithPortZero) {
+TEST_F(CommandClientTest, KeepsThePortOfTheFirstLineItReadsAndNeverConnectsToPortZero) {
   server_.emplace();
   WritePortLine("0\n");
   StartClient();
   EXPECT_FALSE(server_->WaitForConnection(300ms));
-}
+  StopClient();
+  WritePortLine(std::to_string(server_->port()) + "\r\n");
+  StartClient();
+  EXPECT_TRUE(server_->WaitForConnection(5s)) << "despite the carriage return";
 
-TEST_F(CommandClientTest, KeepsThePortItReadFirstAfterTheServerMoves) {
-  CommandServer& first = ConnectedServer();
-  const uint16_t first_port = first.port();
+  const uint16_t first_port = server_->port();
   server_.reset();
   CommandServer moved;
   moved.WritePortFile(home_.path().string());
@@ -209,62 +189,17 @@ TEST_F(CommandClientTest, SaysSoOnEveryPassWithoutAHomePath) {
 
 using CommandClientDeathTest = CommandClientTest;
 
-TEST_F(CommandClientDeathTest, EndsTheProcessOnAPortLineWithoutANumber) {
-  WritePortLine("no number\n");
-  EXPECT_DEATH(
-      {
-        StopFlag = false;
-        SetCommandLoopPauseForTesting(10);
-        std::thread(CommandClient).join();
-      },
-      "");
-}
-
-TEST_F(CommandClientDeathTest, EndsTheProcessOnAPortBeyond32Bits) {
-  WritePortLine(std::string(40, '9') + "\n");
-  EXPECT_DEATH(
-      {
-        StopFlag = false;
-        SetCommandLoopPauseForTesting(10);
-        std::thread(CommandClient).join();
-      },
-      "");
-}
-
-// Two files opened and described in-process through the host simulator's records and suites.
-TEST_F(CommandClientTest, AnUpdateRefreshesEveryOtherFileAndExpiresTheHostCacheOnce) {
-  host_sim::Host host;
-  TempFolder clips;
-  struct Opened {
-    std::string path;
-    std::u16string wide;
-    imFileRef file_ref = nullptr;
-    void* private_data = nullptr;
-  };
-  Opened files[2];
-  for (int i = 0; i < 2; ++i) {
-    files[i].path =
-        clips.WriteFile("clip" + std::to_string(i) + ".qvo", R"({"width": 8, "height": 4})");
-    files[i].wide = host_sim::HostWidePath(files[i].path);
-    imFileAccessRec8 access = host_sim::MakeAccessRecord(nullptr, 0, files[i].wide, nullptr);
-    imFileOpenRec8 open = host_sim::MakeOpenRecord(access, nullptr, 10 + i);
-    ASSERT_EQ(OpenFile(host.std_parms(), &files[i].file_ref, &open), imNoErr);
-    host_sim::FileInfoBlock info(10 + i, open.privatedata);
-    ASSERT_EQ(GetFileInfo(host.std_parms(), &access, info.record()), imNoErr);
-    files[i].private_data = open.privatedata;
+TEST_F(CommandClientDeathTest, EndsTheProcessOnAPortLineThatIsNotA32BitNumber) {
+  for (const std::string& line : {std::string("no number\n"), std::string(40, '9') + "\n"}) {
+    SCOPED_TRACE(line);
+    WritePortLine(line);
+    EXPECT_DEATH(
+        {
+          StartClient();
+          thread_.join();
+        },
+        "");
   }
-
-  CommandServer& server = ConnectedServer();
-  server.Send(command_server::UpdateParamRequest("5", files[0].path));
-  EXPECT_EQ(server.WaitForResponse(5s),
-            R"({"requestId":"5","type":"request_update_param","data":{"msg":"success"}})");
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, files[0].path.c_str()), 0);
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, files[1].path.c_str()), 1);
-  EXPECT_EQ(host.frame_cache().expire_all_calls(), 1);
-  EXPECT_EQ(LoggedSinceStart("INFO  Expire all cache after update param SDK_File_Import:818"), 1u);
-
-  StopClient();
-  for (Opened& file : files) ReleaseFile(&file.file_ref, file.private_data);
 }
 
 }  // namespace

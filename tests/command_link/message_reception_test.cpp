@@ -4,27 +4,21 @@
 
 namespace {
 
-std::vector<std::string> Split(const std::string& text) {
-  std::vector<std::string> pieces;
+using Pieces = std::vector<std::string>;
+
+Pieces Split(const std::string& text) {
+  Pieces pieces = {"kept"};
   SplitString(text, pieces, "###");
   return pieces;
 }
 
-using Pieces = std::vector<std::string>;
-
-TEST(SplitStringTest, CutsAtEveryDelimiterFromTheLeft) {
-  EXPECT_EQ(Split("A###B###"), (Pieces{"A", "B"}));
-  EXPECT_EQ(Split("A###B"), (Pieces{"A", "B"}));
-  EXPECT_EQ(Split("###A"), (Pieces{"", "A"}));
-  EXPECT_EQ(Split("A######B"), (Pieces{"A", "", "B"}));
-  EXPECT_EQ(Split("A"), (Pieces{"A"}));
-  EXPECT_EQ(Split("A####"), (Pieces{"A", "#"})) << "non-overlapping, left first";
-}
-
-TEST(SplitStringTest, AppendsToWhatIsThere) {
-  Pieces pieces = {"kept"};
-  SplitString("x", pieces, "###");
-  EXPECT_EQ(pieces, (Pieces{"kept", "x"}));
+TEST(SplitStringTest, AppendsThePiecesBetweenDelimitersFromTheLeft) {
+  EXPECT_EQ(Split("A###B###"), (Pieces{"kept", "A", "B"}));
+  EXPECT_EQ(Split("A###B"), (Pieces{"kept", "A", "B"}));
+  EXPECT_EQ(Split("###A"), (Pieces{"kept", "", "A"}));
+  EXPECT_EQ(Split("A######B"), (Pieces{"kept", "A", "", "B"}));
+  EXPECT_EQ(Split("A"), (Pieces{"kept", "A"}));
+  EXPECT_EQ(Split("A####"), (Pieces{"kept", "A", "#"})) << "non-overlapping, left first";
 }
 
 }  // namespace

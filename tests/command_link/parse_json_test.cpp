@@ -2,13 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <memory>
-
-#include "open_files/media_info_cache.h"
-#include "standin_stitcher/omni_standin_counters.h"
-#include "support/temp_folder.h"
-
 namespace {
 
 std::string Answer(const char* request_text) {
@@ -16,20 +9,6 @@ std::string Answer(const char* request_text) {
   request.Parse(request_text);
   std::vector<char> response = parseJson(request);
   return std::string(response.begin(), response.end());
-}
-
-TEST(ParseJsonTest, AnswersMediaInfoOfAFileTheHostHasRead) {
-  MediaInfo media;
-  media.fps = 30.0;
-  media.frame_count = 900;
-  media.bitrate = 120000000;
-  media.offset = "0.5,0,0";
-  MediaInfoCache()["D:\\media\\shot01"] = media;
-  EXPECT_EQ(
-      Answer(
-          R"({"requestId":"1","type":"get_media_info","request":{"filepath":"D:\\media\\shot01"}})"),
-      R"({"requestId":"1","type":"get_media_info","data":{"duration":30.0,"bitrate":120000000,)"
-      R"("fps":30.0,"offset":"0.5,0,0"}}###)");
 }
 
 TEST(ParseJsonTest, AnswersAnUnknownOrEmptyPathWithAnError) {
@@ -50,61 +29,9 @@ TEST(ParseJsonTest, AcknowledgesOtherTypesAndMissingMembersWithSuccess) {
             R"({"requestId":"2","type":"request_update_param","data":{"msg":"success"}}###)");
 }
 
-TEST(ParseJsonDeathTest, AbortsOnARequestThatIsNotAnObject) {
+TEST(ParseJsonDeathTest, AbortsOnARequestThatIsNotAnObjectOrAMemberThatIsNotAString) {
   EXPECT_DEATH(Answer("42"), "IsObject\\(\\)");
-}
-
-TEST(ParseJsonDeathTest, AbortsOnAMemberThatIsNotAString) {
   EXPECT_DEATH(Answer(R"({"requestId":7,"type":"ping"})"), "IsString\\(\\)");
-}
-
-std::atomic<int> expire_calls{0};
-
-prSuiteError CountExpireAll() {
-  ++expire_calls;
-  return suiteError_NoError;
-}
-
-class ExpireCacheAfterUpdateTest : public ::testing::Test {
- protected:
-  FileContext* Open(const std::string& name) {
-    auto context = std::make_unique<FileContext>();
-    context->path = folder_.WriteFile(name, R"({"width": 64, "height": 32})");
-    context->source = PrSourceFactory::Create(context->path, &context->media_info);
-    context->cache_suite = &cache_suite_;
-    registry_.Register(context.get());
-    contexts_.push_back(std::move(context));
-    return contexts_.back().get();
-  }
-
-  static int64_t Updates(const FileContext* context) {
-    return OmniStandin_CallCount(kOmniStandinUpdate, context->path.c_str());
-  }
-
-  void TearDown() override {
-    for (auto& context : contexts_) registry_.ReleaseSource(context.get());
-  }
-
-  TempFolder folder_;
-  PrSDKPPixCacheSuite cache_suite_{};
-  ContextRegistry registry_;
-  std::vector<std::unique_ptr<FileContext>> contexts_;
-};
-
-TEST_F(ExpireCacheAfterUpdateTest, UpdatesEveryOtherFileAndExpiresTheCacheForEach) {
-  cache_suite_.ExpireAllPPixesFromCache = CountExpireAll;
-  FileContext* p = Open("p.qvo");
-  FileContext* q = Open("q.qvo");
-  expire_calls = 0;
-  ExpireCacheAfterUpdate(registry_, p->path);
-  EXPECT_EQ(Updates(p), 0);
-  EXPECT_EQ(Updates(q), 1);
-  EXPECT_EQ(expire_calls, 1);
-
-  registry_.ReleaseSource(q);
-  ExpireCacheAfterUpdate(registry_, p->path);
-  EXPECT_EQ(Updates(q), 1) << "a released source is left alone";
-  EXPECT_EQ(expire_calls, 1);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "command_link/tcp_io_service.h"
+#include "command_server/command_server.h"
 #include "platform/sockets.h"
 
 namespace {
@@ -20,6 +21,7 @@ using asio::ip::tcp;
 using command_link::IoWorkerRunning;
 using command_link::TcpClient;
 using command_link::TcpError;
+using command_server::CommandServer;
 using Clock = std::chrono::steady_clock;
 
 // How long a test waits for something that should happen at once, before it fails instead of
@@ -43,71 +45,6 @@ class SocketsLayer {
 
  private:
   const bool started_;
-};
-
-// Runs `io` until `done` is set or patience runs out; true when done.
-bool RunUntil(asio::io_context& io, const bool& done, Clock::duration patience = kPatience) {
-  io.restart();
-  const Clock::time_point deadline = Clock::now() + patience;
-  while (!done && io.run_one_until(deadline) > 0) {
-  }
-  return done;
-}
-
-// The command server's side of one connection, run by the test thread itself, with every wait
-// bounded so that a faulty client fails the test instead of hanging it.
-class LoopbackServer {
- public:
-  LoopbackServer() : acceptor_(io_, AnyLoopbackPort()) {}
-
-  uint32_t port() const { return acceptor_.local_endpoint().port(); }
-
-  // Takes the next connection that a client has made, closing the one taken before.
-  bool Accept() {
-    peer_.close();
-    bool done = false;
-    std::error_code error;
-    acceptor_.async_accept(peer_, [&](const std::error_code& result) {
-      error = result;
-      done = true;
-    });
-    return RunUntil(io_, done) && !error;
-  }
-
-  void Send(const std::string& bytes) { asio::write(peer_, asio::buffer(bytes)); }
-
-  // Exactly `size` bytes from the client, or what came before it closed or patience ran out.
-  std::string Receive(size_t size) {
-    std::string bytes(size, '\0');
-    bool done = false;
-    size_t received = 0;
-    asio::async_read(peer_, asio::buffer(bytes), [&](const std::error_code&, size_t count) {
-      received = count;
-      done = true;
-    });
-    RunUntil(io_, done);
-    bytes.resize(received);
-    return bytes;
-  }
-
-  // True when the client has closed its end and sent nothing more.
-  bool SeesClientClose() {
-    char byte = 0;
-    bool done = false;
-    std::error_code error;
-    peer_.async_read_some(asio::buffer(&byte, 1), [&](const std::error_code& result, size_t) {
-      error = result;
-      done = true;
-    });
-    return RunUntil(io_, done) && error == asio::error::eof;
-  }
-
-  void ClosePeer() { peer_.close(); }
-
- private:
-  asio::io_context io_;
-  tcp::acceptor acceptor_;
-  tcp::socket peer_{io_};
 };
 
 // A listening socket whose accept queue is full, and that nobody accepts on. The system drops
@@ -144,7 +81,9 @@ class FullListener {
       fillers_.back()->async_connect(acceptor_.local_endpoint(), [this](const std::error_code&) {
         last_attempt_answered_ = true;
       });
-      if (!RunUntil(io_, last_attempt_answered_, std::chrono::milliseconds(250))) return;
+      io_.restart();
+      io_.run_for(std::chrono::milliseconds(250));
+      if (!last_attempt_answered_) return;
     }
   }
 
@@ -213,25 +152,20 @@ bool Eventually(Condition condition) {
 
 class TcpClientTest : public ::testing::Test {
  protected:
-  // Connects the client and takes the connection on the server's side.
+  // Connects the client and waits until the server has taken the connection.
   void Connect() {
     client_->connect(kLoopback, server_.port(), 2000);
     ASSERT_TRUE(client_->is_connected());
-    ASSERT_TRUE(server_.Accept());
+    ASSERT_TRUE(server_.WaitForConnection(kPatience));
   }
 
   void Read(uint32_t size) { client_->async_read(log_.Request(size)); }
 
   SocketsLayer sockets_layer_;
-  LoopbackServer server_;
+  CommandServer server_;
   ReadLog log_;
   std::unique_ptr<TcpClient> client_ = std::make_unique<TcpClient>();
 };
-
-TEST_F(TcpClientTest, ConnectsToALoopbackServer) {
-  Connect();
-  EXPECT_TRUE(client_->is_connected());
-}
 
 TEST_F(TcpClientTest, ThrowsWhenTheConnectionIsRefused) {
   // A port that is bound but not listening: the system refuses at once.
@@ -264,154 +198,104 @@ TEST_F(TcpClientTest, ThrowsWhenTheServerDoesNotAnswerWithinTheTimeOut) {
   EXPECT_TRUE(listener.StillFull());
 }
 
-TEST_F(TcpClientTest, RefusesToConnectWhileConnected) {
+TEST_F(TcpClientTest, RefusesASecondConnectAndAReadOfNothingAndStaysConnected) {
   Connect();
   EXPECT_THROW(client_->connect(kLoopback, server_.port(), 2000), TcpError);
-  EXPECT_TRUE(client_->is_connected());
-}
-
-TEST_F(TcpClientTest, RejectsReadsAndWritesWhileNotConnected) {
-  EXPECT_THROW(Read(16), TcpError);
-  EXPECT_THROW(client_->async_write({{'x'}, nullptr}), TcpError);
-}
-
-TEST_F(TcpClientTest, ServesQueuedReadsInOrderOneReceiveEach) {
-  Connect();
-  Read(64);
-  Read(64);
-  Read(64);
-  server_.Send("one");
-  ASSERT_TRUE(log_.WaitFor(1));
-  server_.Send("two");
-  ASSERT_TRUE(log_.WaitFor(2));
-  server_.Send("three");
-  ASSERT_TRUE(log_.WaitFor(3));
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"one", "two", "three"}));
-}
-
-TEST_F(TcpClientTest, HandsOverAtMostTheRequestedSizePerReceive) {
-  Connect();
-  Read(4);
-  Read(64);
-  server_.Send("0123456789");
-  ASSERT_TRUE(log_.WaitFor(2));
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"0123", "456789"}));
-}
-
-TEST_F(TcpClientTest, HandsOverOnlyTheBytesThatArrivedInABufferOfTheirSize) {
-  Connect();
-  Read(0xA00000);
-  server_.Send("abc");
-  ASSERT_TRUE(log_.WaitFor(1));
-  const Received read = log_.received()[0];
-  EXPECT_EQ(read.bytes, "abc");
-  EXPECT_LT(read.capacity, 4096u);
-}
-
-TEST_F(TcpClientTest, RejectsAReadOfNothing) {
-  Connect();
   EXPECT_THROW(Read(0), TcpError);
   EXPECT_TRUE(client_->is_connected());
 }
 
-TEST_F(TcpClientTest, PeerCloseFailsThePendingReadsAndDropsTheConnection) {
+TEST_F(TcpClientTest, ServesQueuedReadsInOrderOneReceiveEachAtMostTheirSize) {
+  Connect();
+  Read(4);
+  Read(64);
+  Read(0xA00000);
+  server_.SendRaw("0123456789");
+  ASSERT_TRUE(log_.WaitFor(2));
+  server_.SendRaw("abc");
+  ASSERT_TRUE(log_.WaitFor(3));
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"0123", "456789", "abc"}));
+  EXPECT_LT(log_.received()[2].capacity, 4096u) << "a buffer of the bytes that arrived";
+}
+
+TEST_F(TcpClientTest, PeerCloseDeliversWhatArrivedFailsTheRestAndDropsTheConnection) {
   Connect();
   Read(64);
   Read(64);
   Read(64);
-  server_.ClosePeer();
+  server_.SendRaw(R"({"requestId":"17","ty)");
+  server_.CloseConnection();
   ASSERT_TRUE(log_.WaitFor(3));
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "FAILED", "FAILED"}));
+  EXPECT_EQ(log_.texts(),
+            std::vector<std::string>({R"({"requestId":"17","ty)", "FAILED", "FAILED"}));
   EXPECT_FALSE(client_->is_connected());
   EXPECT_THROW(Read(64), TcpError);
-}
 
-TEST_F(TcpClientTest, DeliversWhatArrivedBeforeThePeerClosedMidMessage) {
   Connect();
   Read(64);
-  Read(64);
-  server_.Send(R"({"requestId":"17","ty)");
-  server_.ClosePeer();
-  ASSERT_TRUE(log_.WaitFor(2));
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({R"({"requestId":"17","ty)", "FAILED"}));
-  EXPECT_FALSE(client_->is_connected());
-}
-
-TEST_F(TcpClientTest, ConnectsAgainAfterTheServerDroppedTheConnection) {
-  Connect();
-  Read(64);
-  server_.ClosePeer();
-  ASSERT_TRUE(log_.WaitFor(1));
-  Connect();
-  Read(64);
-  server_.Send("again");
-  ASSERT_TRUE(log_.WaitFor(2));
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "again"}));
+  server_.SendRaw("again");
+  ASSERT_TRUE(log_.WaitFor(4));
+  EXPECT_EQ(log_.texts().back(), "again");
 }
 
 TEST_F(TcpClientTest, WritesArriveWholeAndInOrder) {
   Connect();
   std::mutex mutex;
   std::vector<std::pair<size_t, TcpClient::WriteResult>> answers;  // guarded by mutex
-  std::vector<size_t> sizes;
-  std::string expected;
+  std::vector<std::string> texts;
   for (size_t index = 0; index < 40; ++index) {
     // Every tenth message is large enough to need several sends.
     const size_t length = index % 10 == 0 ? 300000 : 7;
-    const std::string text = std::to_string(index) + std::string(length, 'a' + index % 26) + ";";
-    expected += text;
-    sizes.push_back(text.size());
-    client_->async_write({std::vector<char>(text.begin(), text.end()),
+    texts.push_back(std::to_string(index) + std::string(length, 'a' + index % 26));
+    const std::string framed = texts.back() + "###";
+    client_->async_write({std::vector<char>(framed.begin(), framed.end()),
                           [&mutex, &answers, index](TcpClient::WriteResult& result) {
                             std::lock_guard<std::mutex> lock(mutex);
                             answers.push_back({index, result});
                           }});
   }
-  EXPECT_EQ(server_.Receive(expected.size()), expected);
+  for (const std::string& text : texts) EXPECT_EQ(server_.WaitForResponse(kPatience), text);
   client_->disconnect(true);
-  ASSERT_EQ(answers.size(), sizes.size());
-  for (size_t index = 0; index < sizes.size(); ++index) {
+  ASSERT_EQ(answers.size(), texts.size());
+  for (size_t index = 0; index < texts.size(); ++index) {
     EXPECT_EQ(answers[index].first, index);
     EXPECT_TRUE(answers[index].second.success);
-    EXPECT_EQ(answers[index].second.size, sizes[index]);
+    EXPECT_EQ(answers[index].second.size, texts[index].size() + 3);
   }
 }
 
-TEST_F(TcpClientTest, AnswersFromAReadCallbackGoOutOnTheSameConnection) {
+TEST_F(TcpClientTest, CallbacksRunOnOneWorkerThreadThatIsNotTheCallerAndMayAnswer) {
   Connect();
   TcpClient& client = *client_;
-  client.async_read(
-      {64, [&client](TcpClient::ReadResult& result) {
-         std::string answer = "re:" + std::string(result.buffer.begin(), result.buffer.end());
-         client.async_write({std::vector<char>(answer.begin(), answer.end()), nullptr});
-       }});
-  server_.Send("ping");
-  EXPECT_EQ(server_.Receive(7), "re:ping");
-}
-
-TEST_F(TcpClientTest, CallbacksRunOnOneWorkerThreadThatIsNotTheCaller) {
-  Connect();
   std::mutex mutex;
   std::thread::id write_thread;  // guarded by mutex
-  client_->async_write({{'h', 'i'}, [&](TcpClient::WriteResult&) {
-                          std::lock_guard<std::mutex> lock(mutex);
-                          write_thread = std::this_thread::get_id();
-                        }});
-  EXPECT_EQ(server_.Receive(2), "hi");
+  client.async_read({64, [&](TcpClient::ReadResult& result) {
+                       log_.Add(result);
+                       std::string answer =
+                           "re:" + std::string(result.buffer.begin(), result.buffer.end()) + "###";
+                       client.async_write({std::vector<char>(answer.begin(), answer.end()),
+                                           [&](TcpClient::WriteResult&) {
+                                             std::lock_guard<std::mutex> lock(mutex);
+                                             write_thread = std::this_thread::get_id();
+                                           }});
+                     }});
+  server_.SendRaw("ping");
+  EXPECT_EQ(server_.WaitForResponse(kPatience), "re:ping");
   Read(64);
-  server_.Send("one");
-  ASSERT_TRUE(log_.WaitFor(1));
-  Read(64);
-  server_.Send("two");
+  server_.SendRaw("two");
   ASSERT_TRUE(log_.WaitFor(2));
   client_->disconnect(true);
   const std::vector<Received> reads = log_.received();
   EXPECT_NE(reads[0].thread, std::this_thread::get_id());
   EXPECT_EQ(reads[1].thread, reads[0].thread);
+  std::lock_guard<std::mutex> lock(mutex);
   EXPECT_EQ(write_thread, reads[0].thread);
 }
 
-TEST_F(TcpClientTest, DisconnectAnswersPendingReadsWithFailureAndClosesTheSocket) {
+TEST_F(TcpClientTest, DisconnectFailsPendingReadsAndClosesTheSocketAndIsHarmlessAnyTime) {
+  EXPECT_THROW(Read(16), TcpError);
+  EXPECT_THROW(client_->async_write({{'x'}, nullptr}), TcpError);
+  client_->disconnect(true);
   Connect();
   Read(64);
   Read(64);
@@ -419,17 +303,11 @@ TEST_F(TcpClientTest, DisconnectAnswersPendingReadsWithFailureAndClosesTheSocket
   client_->disconnect(true);
   EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "FAILED", "FAILED"}));
   EXPECT_FALSE(client_->is_connected());
-  EXPECT_TRUE(server_.SeesClientClose());
+  EXPECT_TRUE(server_.WaitForDisconnection(kPatience));
   EXPECT_THROW(Read(64), TcpError);
-}
-
-TEST_F(TcpClientTest, DisconnectIsHarmlessWhenRepeatedOrNeverConnected) {
-  client_->disconnect(true);
-  Connect();
   client_->disconnect(false);
   client_->disconnect(true);
   EXPECT_FALSE(client_->is_connected());
-  EXPECT_TRUE(server_.SeesClientClose());
 }
 
 TEST_F(TcpClientTest, DestroyingRightAfterDisconnectLeavesQueuedCallbacksSafe) {
@@ -443,7 +321,7 @@ TEST_F(TcpClientTest, DestroyingRightAfterDisconnectLeavesQueuedCallbacksSafe) {
   client_.reset();
   ASSERT_TRUE(log_.WaitFor(3));
   EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "FAILED", "FAILED"}));
-  EXPECT_TRUE(server_.SeesClientClose());
+  EXPECT_TRUE(server_.WaitForDisconnection(kPatience));
 }
 
 TEST_F(TcpClientTest, DisconnectFromACallbackDoesNotWaitForItself) {
@@ -454,69 +332,41 @@ TEST_F(TcpClientTest, DisconnectFromACallbackDoesNotWaitForItself) {
                        client.disconnect(true);
                      }});
   Read(64);
-  server_.Send("last words");
+  server_.SendRaw("last words");
   ASSERT_TRUE(log_.WaitFor(2));
   EXPECT_EQ(log_.texts(), std::vector<std::string>({"last words", "FAILED"}));
   EXPECT_FALSE(client_->is_connected());
 }
 
-class TcpIoWorkerTest : public ::testing::Test {
- protected:
-  SocketsLayer sockets_layer_;
-};
-
-TEST_F(TcpIoWorkerTest, RunsWhileAnyClientExistsAndEndsWithTheLast) {
-  ASSERT_FALSE(IoWorkerRunning());
-  auto first = std::make_unique<TcpClient>();
-  EXPECT_TRUE(IoWorkerRunning());
+TEST_F(TcpClientTest, TheIoWorkerRunsWhileAnyClientExistsAndEndsWithTheLast) {
   auto second = std::make_unique<TcpClient>();
-  first.reset();
+  client_.reset();
   EXPECT_TRUE(IoWorkerRunning());
   second.reset();
   EXPECT_FALSE(IoWorkerRunning());
-}
 
-TEST_F(TcpIoWorkerTest, EndsWhenTheLastClientIsDestroyedWhileConnected) {
-  LoopbackServer server;
-  ReadLog log;
-  auto client = std::make_unique<TcpClient>();
-  client->connect(kLoopback, server.port(), 2000);
-  ASSERT_TRUE(server.Accept());
-  client->async_read(log.Request(64));
-  client.reset();
-  EXPECT_FALSE(IoWorkerRunning());
-  EXPECT_EQ(log.texts(), std::vector<std::string>({"FAILED"}));
-}
-
-TEST_F(TcpIoWorkerTest, ALaterClientStartsAFreshWorker) {
-  std::make_unique<TcpClient>().reset();
-  ASSERT_FALSE(IoWorkerRunning());
-  LoopbackServer server;
-  ReadLog log;
-  TcpClient client;
+  client_ = std::make_unique<TcpClient>();
   EXPECT_TRUE(IoWorkerRunning());
-  client.connect(kLoopback, server.port(), 2000);
-  ASSERT_TRUE(server.Accept());
-  client.async_read(log.Request(64));
-  server.Send("fresh");
-  ASSERT_TRUE(log.WaitFor(1));
-  EXPECT_EQ(log.texts(), std::vector<std::string>({"fresh"}));
+  Connect();
+  Read(64);
+  client_.reset();
+  EXPECT_FALSE(IoWorkerRunning()) << "the last client was destroyed while connected";
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED"}));
 }
 
-TEST_F(TcpIoWorkerTest, EndsWhenACallbackDestroysTheLastClient) {
-  LoopbackServer server;
-  ReadLog log;
-  auto client = std::make_unique<TcpClient>();
-  client->connect(kLoopback, server.port(), 2000);
-  ASSERT_TRUE(server.Accept());
-  client->async_read({64, [&log, &client](TcpClient::ReadResult& result) {
-                        client.reset();
-                        log.Add(result);
-                      }});
-  server.Send("bye");
-  ASSERT_TRUE(log.WaitFor(1));
+TEST_F(TcpClientTest, AFreshIoWorkerServesALaterClientAndEndsWhenACallbackDestroysIt) {
+  client_.reset();
+  ASSERT_FALSE(IoWorkerRunning());
+  client_ = std::make_unique<TcpClient>();
+  Connect();
+  client_->async_read({64, [this](TcpClient::ReadResult& result) {
+                         client_.reset();
+                         log_.Add(result);
+                       }});
+  server_.SendRaw("bye");
+  ASSERT_TRUE(log_.WaitFor(1));
   EXPECT_TRUE(Eventually([] { return !IoWorkerRunning(); }));
-  EXPECT_EQ(log.texts(), std::vector<std::string>({"bye"}));
+  EXPECT_EQ(log_.texts(), std::vector<std::string>({"bye"}));
 }
 
 }  // namespace

@@ -38,32 +38,12 @@ TEST(RowSpreadingTest, SpreadsPackedRowsInPlaceLastRowFirst) {
   std::vector<uint8_t> buffer = PackedPicture(row_bytes, height, pitch * height);
   const std::vector<uint8_t> before = buffer;
   SpreadRowsToPitch(buffer.data(), buffer.data(), pitch, 4, 1920, height);
-  for (uint32_t row = 0; row < height; ++row) {
-    for (uint32_t column = 0; column < row_bytes; ++column) {
-      ASSERT_EQ(buffer[row * pitch + column], PackedByte(row, column))
-          << "row " << row << ", column " << column;
-    }
-  }
   // The rest of each row keeps whatever was there: for the first row, the start of the packed
   // second row; for the last, the buffer's original fill.
   for (uint32_t row = 0; row < height; ++row) {
-    for (uint32_t i = row_bytes; i < pitch; ++i) {
-      ASSERT_EQ(buffer[row * pitch + i], before[row * pitch + i]) << "row " << row;
-    }
-  }
-  EXPECT_EQ(buffer[row_bytes], PackedByte(1, 0));
-  EXPECT_EQ(buffer[(height - 1) * pitch + row_bytes], 0xEE);
-}
-
-TEST(RowSpreadingTest, SpreadsIntoAnotherBufferLeavingThePaddingUntouched) {
-  const uint32_t pitch = 12, row_bytes = 8, height = 3;
-  std::vector<uint8_t> source = PackedPicture(row_bytes, height, row_bytes * height);
-  std::vector<uint8_t> destination(pitch * height, 0x55);
-  SpreadRowsToPitch(source.data(), destination.data(), pitch, 4, 2, height);
-  for (uint32_t row = 0; row < height; ++row) {
     for (uint32_t i = 0; i < pitch; ++i) {
-      uint8_t expected = i < row_bytes ? PackedByte(row, i) : 0x55;
-      ASSERT_EQ(destination[row * pitch + i], expected) << "row " << row << ", byte " << i;
+      const uint8_t expected = i < row_bytes ? PackedByte(row, i) : before[row * pitch + i];
+      ASSERT_EQ(buffer[row * pitch + i], expected) << "row " << row << ", byte " << i;
     }
   }
 }

@@ -1,5 +1,5 @@
-// Sample-format files for the size and trimming tests: a header, frames each followed by "++++",
-// then each channel's samples. Every byte says where it came from.
+// Sample-format files for the tests of the sample-file helpers, sizes and trimming: a header,
+// frames each followed by "++++", then each channel's samples. Every byte says where it came from.
 #pragma once
 
 #include <cstdint>

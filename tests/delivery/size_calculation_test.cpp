@@ -29,25 +29,20 @@ class SizeCalculationTest : public ::testing::Test {
   PrivateFileRecord record_ = RecordFor(SampleClip{});
 };
 
-TEST_F(SizeCalculationTest, CountsHeaderFramesWithSeparatorsAndAudio) {
+TEST_F(SizeCalculationTest, CountsHeaderFramesWithSeparatorsAndAudioOrSamplesWithoutVideo) {
   int64_t size = 0;
   ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
   // Frames: (4 x 2 x 4 + 4) x 10 / 2; audio: 10 Hz x 10 / 5 samples x 2 channels x 4 bytes.
   EXPECT_EQ(size, 602 + 36 * 10 / 2 + 20 * 2 * 4);
-}
 
-TEST_F(SizeCalculationTest, CountsTheDurationAsSamplesWithoutVideo) {
-  record_.header.has_video = 0;
-  int64_t size = 0;
-  ASSERT_EQ(Calculate(7, 2, 5, nullptr, &size), imNoErr);
-  EXPECT_EQ(size, 602 + 7 * 2 * 4);
-}
-
-TEST_F(SizeCalculationTest, GivesNegativeAudioBytesForFourOrMoreChannels) {
   record_.header.channel_type = 4;
-  int64_t size = 0;
   ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
-  EXPECT_EQ(size, 602 + 180 - 20 * 4);
+  EXPECT_EQ(size, 602 + 180 - 20 * 4) << "four or more channels count as -1";
+
+  record_.header.channel_type = 2;
+  record_.header.has_video = 0;
+  ASSERT_EQ(Calculate(7, 2, 5, nullptr, &size), imNoErr);
+  EXPECT_EQ(size, 602 + 7 * 2 * 4) << "without video, the duration counts sample frames";
 }
 
 TEST_F(SizeCalculationTest, WithoutADurationGivesTheOpenFilesSizeOr4) {

@@ -20,83 +20,59 @@ class HostMemoryTest : public ::testing::Test {
   Host host_;
 };
 
-TEST_F(HostMemoryTest, NewHandleGivesAMovableBlockOfTheAskedSize) {
-  PrMemoryHandle handle = memory().newHandle(1200);
+TEST_F(HostMemoryTest, AllocatesTheAskedSizeZeroFilledWhenClearingAndResizesKeepingTheBytes) {
+  PrMemoryHandle handle = memory().newHandle(4);
   ASSERT_NE(handle, nullptr);
   ASSERT_NE(*handle, nullptr);
-  EXPECT_EQ(memory().getHandleSize(handle), 1200);
-  std::memset(*handle, 0x5A, 1200);
-  memory().disposeHandle(handle);
-  EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
-}
-
-TEST_F(HostMemoryTest, ClearingAllocatorsZeroFill) {
-  PrMemoryHandle handle = memory().newHandleClear(64);
-  PrMemoryPtr ptr = memory().newPtrClear(64);
-  std::vector<char> zeros(64, 0);
-  EXPECT_EQ(std::memcmp(*handle, zeros.data(), 64), 0);
-  EXPECT_EQ(std::memcmp(ptr, zeros.data(), 64), 0);
-  memory().disposeHandle(handle);
-  memory().disposePtr(ptr);
-}
-
-TEST_F(HostMemoryTest, ResizingKeepsTheBytesAndUpdatesTheMasterPointer) {
-  PrMemoryHandle handle = memory().newHandle(4);
+  EXPECT_EQ(memory().getHandleSize(handle), 4);
   std::memcpy(*handle, "qvo", 4);
   ASSERT_EQ(memory().setHandleSize(handle, 4096), 0);
   EXPECT_EQ(memory().getHandleSize(handle), 4096);
   EXPECT_STREQ(*handle, "qvo");
+  std::memset(*handle, 0x5A, 4096);
 
   PrMemoryPtr ptr = memory().newPtr(4);
   std::memcpy(ptr, "abc", 4);
   memory().setPtrSize(&ptr, 2048);
   EXPECT_EQ(memory().getPtrSize(ptr), 2048);
   EXPECT_STREQ(ptr, "abc");
-  memory().disposeHandle(handle);
-  memory().disposePtr(ptr);
+
+  PrMemoryHandle cleared = memory().newHandleClear(64);
+  PrMemoryPtr cleared_ptr = memory().newPtrClear(64);
+  std::vector<char> zeros(64, 0);
+  EXPECT_EQ(std::memcmp(*cleared, zeros.data(), 64), 0);
+  EXPECT_EQ(std::memcmp(cleared_ptr, zeros.data(), 64), 0);
+  for (PrMemoryHandle h : {handle, cleared}) memory().disposeHandle(h);
+  for (PrMemoryPtr p : {ptr, cleared_ptr}) memory().disposePtr(p);
+  EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
 }
 
-TEST_F(HostMemoryTest, ALockedHandleIsNotResized) {
+TEST_F(HostMemoryTest, CountsLocksRefusesToResizeALockedHandleAndReportsMisuse) {
   PrMemoryHandle handle = memory().newHandle(16);
   char* block = *handle;
   memory().lockHandle(handle);
+  EXPECT_EQ(LockCount(handle), 1);
   EXPECT_NE(memory().setHandleSize(handle, 1 << 20), 0);
   EXPECT_EQ(*handle, block);
   EXPECT_EQ(memory().getHandleSize(handle), 16);
-  memory().unlockHandle(handle);
-  memory().disposeHandle(handle);
-}
-
-TEST_F(HostMemoryTest, EachLockRaisesAndEachUnlockLowersTheCount) {
-  PrMemoryHandle handle = memory().newHandle(8);
-  memory().lockHandle(handle);
   memory().lockHandle(handle);
   EXPECT_EQ(LockCount(handle), 2);
   memory().unlockHandle(handle);
   EXPECT_EQ(LockCount(handle), 1);
   memory().unlockHandle(handle);
   EXPECT_EQ(LockCount(handle), 0);
+  EXPECT_TRUE(host_.Report().memory_faults.empty()) << host_.Report().ToString();
+
+  memory().unlockHandle(handle);
+  EXPECT_EQ(LockCount(handle), 0) << "an unlock too many";
   memory().disposeHandle(handle);
   EXPECT_EQ(LockCount(handle), -1);
-}
-
-TEST_F(HostMemoryTest, UnlockingAnUnlockedHandleIsAFaultAndLeavesTheCountAtZero) {
-  PrMemoryHandle handle = memory().newHandle(8);
-  memory().unlockHandle(handle);
-  EXPECT_EQ(LockCount(handle), 0);
-  memory().disposeHandle(handle);
-  HostReport report = host_.Report();
-  ASSERT_EQ(report.memory_faults.size(), 1u);
-  EXPECT_NE(report.memory_faults[0].find("not locked"), std::string::npos);
-}
-
-TEST_F(HostMemoryTest, DisposingTwiceOrAnUnknownHandleIsAFault) {
-  PrMemoryHandle handle = memory().newHandle(8);
-  memory().disposeHandle(handle);
   memory().disposeHandle(handle);
   char* stray_block = nullptr;
   memory().lockHandle(&stray_block);
-  EXPECT_EQ(host_.Report().memory_faults.size(), 2u);
+  HostReport report = host_.Report();
+  ASSERT_EQ(report.memory_faults.size(), 3u) << report.ToString();
+  EXPECT_NE(report.memory_faults[0].find("not locked"), std::string::npos);
 }
 
 TEST_F(HostMemoryTest, ReportListsHandlesLeftLockedAndNeverDisposedInAllocationOrder) {
@@ -108,6 +84,7 @@ TEST_F(HostMemoryTest, ReportListsHandlesLeftLockedAndNeverDisposedInAllocationO
   memory().disposeHandle(disposed);
   memory().lockHandle(leaked);
   memory().unlockHandle(leaked);
+  PrMemoryPtr leaked_ptr = memory().newPtr(100);
 
   HostReport report = host_.Report();
   ASSERT_EQ(report.handles_still_locked.size(), 1u);
@@ -120,17 +97,13 @@ TEST_F(HostMemoryTest, ReportListsHandlesLeftLockedAndNeverDisposedInAllocationO
   EXPECT_FALSE(report.clean());
   EXPECT_NE(report.ToString().find("handle #2 (1200 bytes), lock count 2"), std::string::npos)
       << report.ToString();
+  ASSERT_EQ(report.pointers_never_disposed.size(), 1u);
+  EXPECT_EQ(report.pointers_never_disposed[0].size, 100u);
 
   memory().disposeHandle(locked);
   memory().disposeHandle(leaked);
+  memory().disposePtr(leaked_ptr);
   EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
-}
-
-TEST_F(HostMemoryTest, PointersNeverDisposedAreReportedToo) {
-  memory().newPtr(100);
-  HostReport report = host_.Report();
-  ASSERT_EQ(report.pointers_never_disposed.size(), 1u);
-  EXPECT_EQ(report.pointers_never_disposed[0].size, 100u);
 }
 
 TEST_F(HostMemoryTest, ConcurrentLocksAndUnlocksOnOneHandleBalance) {
@@ -151,21 +124,15 @@ TEST_F(HostMemoryTest, ConcurrentLocksAndUnlocksOnOneHandleBalance) {
   EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
 }
 
-TEST(HostLifetimeTest, OnlyOneHostIsCurrentAtATime) {
+TEST(HostLifetimeTest, OneHostIsCurrentAtATimeAndTablesKeptFromAnEndedOneAllocateNothing) {
+  PlugMemoryFuncs* kept = nullptr;
   {
     Host first;
     EXPECT_EQ(host_sim::CurrentHost(), &first);
     EXPECT_THROW(Host second, std::logic_error);
+    kept = first.std_parms()->piSuites->memFuncs;
   }
   EXPECT_EQ(host_sim::CurrentHost(), nullptr);
-}
-
-TEST(HostLifetimeTest, TablesKeptFromAnEndedHostAnswerWithoutAllocating) {
-  PlugMemoryFuncs* kept = nullptr;
-  {
-    Host host;
-    kept = host.std_parms()->piSuites->memFuncs;
-  }
   EXPECT_EQ(kept->newHandle(8), nullptr);
   Host next(6);
   EXPECT_EQ(next.std_parms()->imInterfaceVer, 6);

@@ -39,41 +39,37 @@ class PluginLogTest : public ::testing::Test {
   void SetUp() override { SetClock(4, 33, 19); }
 
   // A profile folder that has AppData\Local, as every Windows profile does.
-  fs::path MakeProfile() {
-    fs::path profile = temp_.path() / "profile";
+  fs::path MakeProfile(const std::string& name = "profile") {
+    fs::path profile = temp_.path() / name;
     fs::create_directories(profile / "AppData" / "Local");
     return profile;
+  }
+
+  // The log folder of a new profile, made USERPROFILE, whose Plugin.log already holds `bytes`.
+  fs::path FolderWithLogOf(const std::string& name, int32_t bytes) {
+    fs::path profile = MakeProfile(name);
+    fs::create_directories(PluginLogFolder(profile));
+    std::ofstream(PluginLogFolder(profile) / "Plugin.log", std::ios::binary)
+        << std::string(static_cast<size_t>(bytes), 'x');
+    platform::SetEnvironment("USERPROFILE", profile.string());
+    return PluginLogFolder(profile);
   }
 
   static void WriteOneLine(PluginLog& log) {
     log.Write(kLogInfo, kLogSource, 856, "Open File: %s", "D:\\clips\\take1");
   }
 
-  // The bytes one WriteOneLine adds, measured in a log of its own.
-  static int32_t OneLineBytes() {
-    TempFolder elsewhere;
-    fs::create_directories(elsewhere.path() / "AppData" / "Local");
-    platform::SetEnvironment("USERPROFILE", elsewhere.path().string());
-    int32_t bytes = 0;
-    {
-      PluginLog log(FixedClock);
-      WriteOneLine(log);
-      bytes = static_cast<int32_t>(fs::file_size(PluginLogFolder(elsewhere.path()) / "Plugin.log"));
-    }
-    platform::UnsetEnvironment("USERPROFILE");
-    return bytes;
-  }
-
-  static void Prefill(const fs::path& file, int32_t bytes) {
-    fs::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << std::string(static_cast<size_t>(bytes), 'x');
-  }
+  const std::string eol_ = platform::kTextModeLineEnd;
+  // What WriteOneLine adds.
+  const std::string one_line_ =
+      "2026-11-16 04:33:19 INFO  Open File: D:\\clips\\take1 SDK_File_Import:856" + eol_;
+  const int32_t line_bytes_ = static_cast<int32_t>(one_line_.size());
 
   TempFolder temp_;
   SavedEnvironment saved_{{"USERPROFILE", "HOMEDRIVE", "HOMEPATH"}, true};
 };
 
-TEST_F(PluginLogTest, WritesTheDocumentedLinesByteForByte) {
+TEST_F(PluginLogTest, WritesOneTimeStampedLinePerCallAndDropsDebugLines) {
   fs::path profile = MakeProfile();
   platform::SetEnvironment("USERPROFILE", profile.string());
   {
@@ -81,70 +77,36 @@ TEST_F(PluginLogTest, WritesTheDocumentedLinesByteForByte) {
     WriteOneLine(log);
     SetClock(4, 33, 20);
     log.Write(kLogError, kLogSource, 862, " PRSource failed.");
+    log.Write(kLogDebug, kLogSource, 1, "never written");
     log.Write(kLogInfo, kLogSource, 7, "two\nparts");
   }
-  const std::string eol = platform::kTextModeLineEnd;
   EXPECT_EQ(PluginLogText(profile),
-            "2026-11-16 04:33:19 INFO  Open File: D:\\clips\\take1 SDK_File_Import:856" + eol +
-                "2026-11-16 04:33:20 ERROR  PRSource failed. SDK_File_Import:862" + eol +
-                "2026-11-16 04:33:20 INFO  two" + eol + "parts SDK_File_Import:7" + eol);
+            one_line_ + "2026-11-16 04:33:20 ERROR  PRSource failed. SDK_File_Import:862" + eol_ +
+                "2026-11-16 04:33:20 INFO  two" + eol_ + "parts SDK_File_Import:7" + eol_);
 }
 
-TEST_F(PluginLogTest, DropsDebugLines) {
+TEST_F(PluginLogTest, FindsItsFolderInUserProfileElseHomeDriveAndHomePathAndMakesItsLastLevels) {
   fs::path profile = MakeProfile();
-  platform::SetEnvironment("USERPROFILE", profile.string());
+  SetHomeDriveAndPath(profile.string());
   {
     PluginLog log(FixedClock);
-    log.Write(kLogDebug, kLogSource, 1, "never written");
+    EXPECT_EQ(log.folder(), profile.string() + "\\AppData\\Local\\quorvel\\Adobe");
+    WriteOneLine(log);
   }
-  EXPECT_EQ(PluginLogText(profile), "");
-}
+  EXPECT_EQ(PluginLogText(profile), one_line_);
 
-TEST_F(PluginLogTest, FindsTheFolderFromHomeDriveAndHomePathWithoutUserProfile) {
-  fs::path profile = MakeProfile();
-  std::string text = profile.string();
-  SetHomeDriveAndPath(text);
-  PluginLog log(FixedClock);
-  EXPECT_EQ(log.folder(), text + "\\AppData\\Local\\quorvel\\Adobe");
-  EXPECT_TRUE(fs::exists(PluginLogFolder(profile) / "Plugin.log"));
-}
-
-TEST_F(PluginLogTest, PrefersUserProfileAndNeverReadsTheHomeVariables) {
-  fs::path profile = MakeProfile();
-  platform::SetEnvironment("USERPROFILE", profile.string());
+  fs::path preferred = MakeProfile("preferred");
+  fs::create_directories(preferred / "AppData" / "Local" / "quorvel");
+  platform::SetEnvironment("USERPROFILE", preferred.string());
   platform::SetEnvironment("HOMEDRIVE", temp_.Join("no-such-drive"));
   testing::internal::CaptureStdout();
   PluginLog log(FixedClock);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-  EXPECT_EQ(log.folder(), profile.string() + "\\AppData\\Local\\quorvel\\Adobe");
+  EXPECT_EQ(log.folder(), preferred.string() + "\\AppData\\Local\\quorvel\\Adobe");
+  EXPECT_TRUE(fs::is_directory(PluginLogFolder(preferred)));
 }
 
-TEST_F(PluginLogTest, CreatesMissingQuorvelAndAdobeFolders) {
-  fs::path profile = MakeProfile();
-  fs::create_directories(profile / "AppData" / "Local" / "quorvel");
-  platform::SetEnvironment("USERPROFILE", profile.string());
-  {
-    PluginLog log(FixedClock);
-    WriteOneLine(log);
-  }
-  EXPECT_TRUE(fs::is_directory(PluginLogFolder(profile)));
-  EXPECT_GT(fs::file_size(PluginLogFolder(profile) / "Plugin.log"), 0u);
-}
-
-TEST_F(PluginLogTest, WithoutAppDataLocalCreatesNothingAndWritesNothing) {
-  fs::path profile = temp_.path() / "bare";
-  fs::create_directories(profile / "AppData");
-  platform::SetEnvironment("USERPROFILE", profile.string());
-  testing::internal::CaptureStdout();
-  {
-    PluginLog log(FixedClock);
-    WriteOneLine(log);
-  }
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "HOME\\AppData\\Local dir not exist\n");
-  EXPECT_TRUE(fs::is_empty(profile / "AppData"));
-}
-
-TEST_F(PluginLogTest, SaysSoOnStandardOutputWhenNoHomeIsKnown) {
+TEST_F(PluginLogTest, SaysOnStandardOutputWhyItHasNoFolderAndCreatesNothing) {
   testing::internal::CaptureStdout();
   { PluginLog log(FixedClock); }
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "Not able to get HomeDrive");
@@ -152,47 +114,44 @@ TEST_F(PluginLogTest, SaysSoOnStandardOutputWhenNoHomeIsKnown) {
   platform::SetEnvironment("HOMEDRIVE", temp_.path().string());
   testing::internal::CaptureStdout();
   { PluginLog log(FixedClock); }
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "Not able to get HomeDrive");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "Not able to get HomeDrive")
+      << "the same words without HOMEPATH";
+
+  fs::path bare = temp_.path() / "bare";
+  fs::create_directories(bare / "AppData");
+  platform::SetEnvironment("USERPROFILE", bare.string());
+  testing::internal::CaptureStdout();
+  {
+    PluginLog log(FixedClock);
+    WriteOneLine(log);
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "HOME\\AppData\\Local dir not exist\n");
+  EXPECT_TRUE(fs::is_empty(bare / "AppData"));
 }
 
-TEST_F(PluginLogTest, KeepsAFileOneByteBelowTheThreshold) {
-  int32_t line = OneLineBytes();
-  fs::path profile = MakeProfile();
-  fs::path file = PluginLogFolder(profile) / "Plugin.log";
-  Prefill(file, kThreshold - line - 1);
-  platform::SetEnvironment("USERPROFILE", profile.string());
+TEST_F(PluginLogTest, RotatesWhenALineBringsTheFileToTheThresholdAndGoesOnInAFreshFile) {
+  {
+    fs::path below = FolderWithLogOf("below", kThreshold - line_bytes_ - 1);
+    PluginLog log(FixedClock);
+    WriteOneLine(log);
+    EXPECT_EQ(fs::file_size(below / "Plugin.log"), static_cast<uintmax_t>(kThreshold - 1));
+    EXPECT_EQ(std::distance(fs::directory_iterator(below), fs::directory_iterator()), 1);
+  }
+  fs::path folder = FolderWithLogOf("at", kThreshold - line_bytes_);
   PluginLog log(FixedClock);
   WriteOneLine(log);
-  EXPECT_EQ(fs::file_size(file), static_cast<uintmax_t>(kThreshold - 1));
-  EXPECT_EQ(
-      std::distance(fs::directory_iterator(PluginLogFolder(profile)), fs::directory_iterator()), 1);
-}
-
-TEST_F(PluginLogTest, RotatesAtExactlyTheThresholdAndGoesOnInAFreshFile) {
-  int32_t line = OneLineBytes();
-  fs::path profile = MakeProfile();
-  fs::path folder = PluginLogFolder(profile);
-  Prefill(folder / "Plugin.log", kThreshold - line);
-  platform::SetEnvironment("USERPROFILE", profile.string());
-  PluginLog log(FixedClock);
-  WriteOneLine(log);
-
   fs::path rotated = folder / "Plugin.2026_11_16_04_33_19.log";
   ASSERT_TRUE(fs::exists(rotated));
   EXPECT_EQ(fs::file_size(rotated), static_cast<uintmax_t>(kThreshold));
   EXPECT_EQ(fs::file_size(folder / "Plugin.log"), 0u);
 
   WriteOneLine(log);
-  EXPECT_EQ(fs::file_size(folder / "Plugin.log"), static_cast<uintmax_t>(line));
+  EXPECT_EQ(fs::file_size(folder / "Plugin.log"), static_cast<uintmax_t>(line_bytes_));
 }
 
 TEST_F(PluginLogTest, KeepsGrowingWhenTheRotatedNameIsTakenAndRotatesInALaterSecond) {
-  int32_t line = OneLineBytes();
-  fs::path profile = MakeProfile();
-  fs::path folder = PluginLogFolder(profile);
-  Prefill(folder / "Plugin.2026_11_16_04_33_19.log", 3);
-  Prefill(folder / "Plugin.log", kThreshold - line);
-  platform::SetEnvironment("USERPROFILE", profile.string());
+  fs::path folder = FolderWithLogOf("profile", kThreshold - line_bytes_);
+  std::ofstream(folder / "Plugin.2026_11_16_04_33_19.log", std::ios::binary) << "old";
   PluginLog log(FixedClock);
 
   WriteOneLine(log);
@@ -202,7 +161,7 @@ TEST_F(PluginLogTest, KeepsGrowingWhenTheRotatedNameIsTakenAndRotatesInALaterSec
   SetClock(4, 33, 20);
   WriteOneLine(log);
   EXPECT_EQ(fs::file_size(folder / "Plugin.2026_11_16_04_33_20.log"),
-            static_cast<uintmax_t>(kThreshold + line));
+            static_cast<uintmax_t>(kThreshold + line_bytes_));
   EXPECT_EQ(fs::file_size(folder / "Plugin.log"), 0u);
 }
 

@@ -2,17 +2,26 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <memory>
 #include <thread>
 #include <vector>
 
-#include "logging/plugin_log.h"
-#include "platform/c_runtime_files.h"
+#include "command_link/parse_json.h"
+#include "standin_stitcher/omni_standin_counters.h"
+#include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
 
 namespace {
+
+std::atomic<int> expire_calls{0};
+
+prSuiteError CountExpireAll() {
+  ++expire_calls;
+  return suiteError_NoError;
+}
 
 class ContextRegistryTest : public ::testing::Test {
  protected:
@@ -41,6 +50,11 @@ class ContextRegistryTest : public ::testing::Test {
     return holding;
   }
 
+  // Whether Plugin.log holds `line` after its first `from` bytes.
+  static bool LoggedAfter(size_t from, const std::string& line) {
+    return PluginLogText(CurrentProfile()).find(line, from) != std::string::npos;
+  }
+
   void TearDown() override {
     for (auto& context : contexts_) registry_.ReleaseSource(context.get());
   }
@@ -50,14 +64,10 @@ class ContextRegistryTest : public ::testing::Test {
   std::vector<std::unique_ptr<FileContext>> contexts_;
 };
 
-TEST_F(ContextRegistryTest, EvictsNothingWithOneContext) {
-  OpenContext();
+TEST_F(ContextRegistryTest, EvictsNothingOfOneContextAndTheOlderOfTwo) {
+  FileContext* first = OpenContext();
   registry_.EvictHalf(nullptr);
   EXPECT_EQ(Holding(), std::vector<bool>({true}));
-}
-
-TEST_F(ContextRegistryTest, EvictsTheOlderOfTwo) {
-  FileContext* first = OpenContext();
   OpenContext();
   Touch(first);
   registry_.EvictHalf(nullptr);
@@ -74,17 +84,15 @@ TEST_F(ContextRegistryTest, EvictsOnlyTheLeastRecentlyUsedOfThree) {
   EXPECT_EQ(Holding(), std::vector<bool>({true, false, true}));
 }
 
-TEST_F(ContextRegistryTest, PassesOverTheContextWhoseMutexTheCallerHolds) {
+TEST_F(ContextRegistryTest, PassesOverAContextThatTheCallerOrAnotherThreadHolds) {
   FileContext* oldest = OpenContext();
   OpenContext();
-  std::lock_guard<std::mutex> held(oldest->mutex);
-  registry_.EvictHalf(oldest);
+  {
+    std::lock_guard<std::mutex> held(oldest->mutex);
+    registry_.EvictHalf(oldest);
+  }
   EXPECT_EQ(Holding(), std::vector<bool>({true, true}));
-}
 
-TEST_F(ContextRegistryTest, PassesOverAContextThatAnotherThreadIsReading) {
-  FileContext* oldest = OpenContext();
-  OpenContext();
   std::promise<void> locked;
   std::promise<void> done;
   std::thread reader([&] {
@@ -102,12 +110,33 @@ TEST_F(ContextRegistryTest, PassesOverAContextThatAnotherThreadIsReading) {
 TEST_F(ContextRegistryTest, ResettingAContextReleasesItsSourceAndSaysSo) {
   FileContext* context = OpenContext();
   PrivateFileRecord record{};
-  const std::string log_file = platform::NativePath(PluginLog::Get()->folder() + "\\Plugin.log");
-  const size_t before = ReadWholeFile(log_file).size();
+  const size_t before = PluginLogText(CurrentProfile()).size();
   registry_.ResetFileContext(context, &record);
   EXPECT_FALSE(context->source);
-  EXPECT_NE(ReadWholeFile(log_file).find("INFO  reset file context SDK_File_Import:1621", before),
-            std::string::npos);
+  EXPECT_TRUE(LoggedAfter(before, "INFO  reset file context SDK_File_Import:1621"));
+}
+
+TEST_F(ContextRegistryTest, AnUpdateRefreshesEveryOtherFilesSourceAndExpiresItsCachedFrames) {
+  PrSDKPPixCacheSuite cache_suite{};
+  cache_suite.ExpireAllPPixesFromCache = CountExpireAll;
+  FileContext* p = OpenContext();
+  FileContext* q = OpenContext();
+  for (FileContext* context : {p, q}) context->cache_suite = &cache_suite;
+  auto updates = [](const FileContext* context) {
+    return OmniStandin_CallCount(kOmniStandinUpdate, context->path.c_str());
+  };
+  expire_calls = 0;
+  const size_t before = PluginLogText(CurrentProfile()).size();
+  ExpireCacheAfterUpdate(registry_, p->path);
+  EXPECT_EQ(updates(p), 0);
+  EXPECT_EQ(updates(q), 1);
+  EXPECT_EQ(expire_calls, 1);
+  EXPECT_TRUE(LoggedAfter(before, "INFO  Expire all cache after update param SDK_File_Import:818"));
+
+  registry_.ReleaseSource(q);
+  ExpireCacheAfterUpdate(registry_, p->path);
+  EXPECT_EQ(updates(q), 1) << "a released source is left alone";
+  EXPECT_EQ(expire_calls, 1);
 }
 
 TEST_F(ContextRegistryTest, RemovedContextsAreNeitherListedNorEvicted) {

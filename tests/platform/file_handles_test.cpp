@@ -35,102 +35,46 @@ class FileHandlesTest : public ::testing::Test {
     platform::CloseFileHandle(file);
   }
 
+  // One read of up to 16 bytes.
+  static std::string ReadSome(FileHandle file) {
+    char buffer[16] = {};
+    uint32_t read = sizeof(buffer);
+    EXPECT_TRUE(platform::ReadFromFile(file, buffer, sizeof(buffer), &read));
+    return std::string(buffer, read);
+  }
+
   TempFolder folder_;
 };
 
-TEST_F(FileHandlesTest, CreatesANewFileAndWritesIt) {
+TEST_F(FileHandlesTest, CreatesANewFileButNeverOverAnExistingOneAndDeletesIt) {
   Put(u"new.bin", "hello");
   EXPECT_EQ(Content(u"new.bin"), "hello");
-}
-
-TEST_F(FileHandlesTest, CreatingANewFileFailsWhenItExistsAndLeavesItAlone) {
-  Put(u"old.bin", "old");
-  EXPECT_EQ(platform::CreateNewFileForWriting(Host(u"old.bin").c_str()),
+  EXPECT_EQ(platform::CreateNewFileForWriting(Host(u"new.bin").c_str()),
             platform::InvalidFileHandle());
-  EXPECT_EQ(Content(u"old.bin"), "old");
+  EXPECT_EQ(Content(u"new.bin"), "hello");
+  EXPECT_TRUE(platform::DeleteFileAt(Host(u"new.bin").c_str()));
+  EXPECT_FALSE(Exists(u"new.bin"));
+  EXPECT_FALSE(platform::DeleteFileAt(Host(u"new.bin").c_str()));
 }
 
-TEST_F(FileHandlesTest, OpeningAMissingFileForReadingFails) {
-  EXPECT_EQ(platform::OpenFileForReading(Host(u"missing.bin").c_str()),
-            platform::InvalidFileHandle());
-  EXPECT_NE(platform::LastSystemError(), 0u);
-}
-
-TEST_F(FileHandlesTest, ReadsUpToTheEndOfTheFileAndThenNothing) {
+TEST_F(FileHandlesTest, ReadsAndSeeksFromTheStartButNeverWritesAFileOpenForReading) {
   Put(u"data.bin", "hello");
-  FileHandle file = platform::OpenFileForReading(Host(u"data.bin").c_str());
+  // A path without the long-path prefix is taken as it is.
+  FileHandle file =
+      platform::OpenFileForReading((folder_.path().u16string() + u"\\data.bin").c_str());
   ASSERT_NE(file, platform::InvalidFileHandle());
-  char buffer[16] = {};
-  uint32_t read = 99;
-  EXPECT_TRUE(platform::ReadFromFile(file, buffer, sizeof(buffer), &read));
-  EXPECT_EQ(read, 5u);
-  EXPECT_EQ(std::string(buffer, read), "hello");
-  EXPECT_TRUE(platform::ReadFromFile(file, buffer, sizeof(buffer), &read));
-  EXPECT_EQ(read, 0u);
-  platform::CloseFileHandle(file);
-}
-
-TEST_F(FileHandlesTest, SeeksFromTheStart) {
-  Put(u"data.bin", "hello");
-  FileHandle file = platform::OpenFileForReading(Host(u"data.bin").c_str());
-  ASSERT_NE(file, platform::InvalidFileHandle());
-  char buffer[8] = {};
-  uint32_t read = 0;
-  ASSERT_TRUE(platform::ReadFromFile(file, buffer, 4, &read));
+  EXPECT_EQ(ReadSome(file), "hello");
+  EXPECT_EQ(ReadSome(file), "") << "at the end";
   EXPECT_TRUE(platform::SeekFromStart32(file, 3));
-  ASSERT_TRUE(platform::ReadFromFile(file, buffer, sizeof(buffer), &read));
-  EXPECT_EQ(std::string(buffer, read), "lo");
-  platform::CloseFileHandle(file);
-}
-
-TEST_F(FileHandlesTest, ASeekOf2GiBOrMoreIsNegativeWithoutAHighPartAndLeavesThePointer) {
-  Put(u"data.bin", "hello");
-  FileHandle file = platform::OpenFileForReading(Host(u"data.bin").c_str());
-  ASSERT_NE(file, platform::InvalidFileHandle());
+  EXPECT_EQ(ReadSome(file), "lo");
   ASSERT_TRUE(platform::SeekFromStart32(file, 1));
-  EXPECT_FALSE(platform::SeekFromStart32(file, 0x80000000u));
+  EXPECT_FALSE(platform::SeekFromStart32(file, 0x80000000u)) << "negative without a high part";
   EXPECT_FALSE(platform::SeekFromStart32(file, 0xFFFFFFFFu));
-  char buffer[8] = {};
-  uint32_t read = 0;
-  ASSERT_TRUE(platform::ReadFromFile(file, buffer, sizeof(buffer), &read));
-  EXPECT_EQ(std::string(buffer, read), "ello");
-  platform::CloseFileHandle(file);
-}
-
-TEST_F(FileHandlesTest, SeeksWithA64BitOffsetAndRefusesANegativeOne) {
-  Put(u"data.bin", "hello");
-  FileHandle file = platform::OpenFileForReading(Host(u"data.bin").c_str());
-  ASSERT_NE(file, platform::InvalidFileHandle());
+  EXPECT_EQ(ReadSome(file), "ello") << "a failed seek leaves the pointer";
   EXPECT_TRUE(platform::SeekFromStart64(file, 2));
   EXPECT_FALSE(platform::SeekFromStart64(file, -1));
-  char buffer[8] = {};
-  uint32_t read = 0;
-  ASSERT_TRUE(platform::ReadFromFile(file, buffer, sizeof(buffer), &read));
-  EXPECT_EQ(std::string(buffer, read), "llo");
-  platform::CloseFileHandle(file);
-}
+  EXPECT_EQ(ReadSome(file), "llo");
 
-TEST_F(FileHandlesTest, ReportsTheSizeOfAnOpenFile) {
-  Put(u"data.bin", std::string(70000, 'x'));
-  FileHandle file = platform::OpenFileForReading(Host(u"data.bin").c_str());
-  ASSERT_NE(file, platform::InvalidFileHandle());
-  int64_t size = -1;
-  EXPECT_TRUE(platform::FileSize64(file, &size));
-  EXPECT_EQ(size, 70000);
-  platform::CloseFileHandle(file);
-}
-
-TEST_F(FileHandlesTest, SizingTheInvalidHandleFailsAndLeavesTheSize) {
-  int64_t size = 123;
-  EXPECT_FALSE(platform::FileSize64(platform::InvalidFileHandle(), &size));
-  EXPECT_NE(platform::LastSystemError(), 0u);
-  EXPECT_EQ(size, 123);
-}
-
-TEST_F(FileHandlesTest, WritingToAReadOnlyHandleFailsWithTheSystemsError) {
-  Put(u"data.bin", "hello");
-  FileHandle file = platform::OpenFileForReading(Host(u"data.bin").c_str());
-  ASSERT_NE(file, platform::InvalidFileHandle());
   uint32_t written = 99;
   EXPECT_FALSE(platform::WriteToFile(file, "abc", 3, &written));
   EXPECT_NE(platform::LastSystemError(), 0u);
@@ -139,52 +83,47 @@ TEST_F(FileHandlesTest, WritingToAReadOnlyHandleFailsWithTheSystemsError) {
   EXPECT_EQ(Content(u"data.bin"), "hello");
 }
 
-TEST_F(FileHandlesTest, MovesAFile) {
-  Put(u"from.bin", "moved");
-  EXPECT_TRUE(platform::MoveFileTo(Host(u"from.bin").c_str(), Host(u"to.bin").c_str()));
-  EXPECT_FALSE(Exists(u"from.bin"));
-  EXPECT_EQ(Content(u"to.bin"), "moved");
+TEST_F(FileHandlesTest, FailsWithTheSystemsErrorOnAMissingFileOrTheInvalidHandle) {
+  EXPECT_EQ(platform::OpenFileForReading(Host(u"missing.bin").c_str()),
+            platform::InvalidFileHandle());
+  EXPECT_NE(platform::LastSystemError(), 0u);
+  int64_t size = 123;
+  EXPECT_FALSE(platform::FileSize64(platform::InvalidFileHandle(), &size));
+  EXPECT_NE(platform::LastSystemError(), 0u);
+  EXPECT_EQ(size, 123);
 }
 
-TEST_F(FileHandlesTest, MovingOntoAnExistingFileFailsAndChangesNothing) {
+TEST_F(FileHandlesTest, MovesAFileButNeitherOntoAnExistingOneNorFromNowhere) {
   Put(u"from.bin", "source");
   Put(u"to.bin", "target");
   EXPECT_FALSE(platform::MoveFileTo(Host(u"from.bin").c_str(), Host(u"to.bin").c_str()));
   EXPECT_EQ(Content(u"from.bin"), "source");
   EXPECT_EQ(Content(u"to.bin"), "target");
+  EXPECT_TRUE(platform::MoveFileTo(Host(u"from.bin").c_str(), Host(u"moved.bin").c_str()));
+  EXPECT_FALSE(Exists(u"from.bin"));
+  EXPECT_EQ(Content(u"moved.bin"), "source");
+  EXPECT_FALSE(platform::MoveFileTo(Host(u"from.bin").c_str(), Host(u"again.bin").c_str()));
+  EXPECT_FALSE(Exists(u"again.bin"));
 }
 
-TEST_F(FileHandlesTest, MovingAMissingFileFails) {
-  EXPECT_FALSE(platform::MoveFileTo(Host(u"missing.bin").c_str(), Host(u"to.bin").c_str()));
-  EXPECT_FALSE(Exists(u"to.bin"));
-}
-
-TEST_F(FileHandlesTest, CopiesOntoANewFileAndKeepsTheSource) {
+TEST_F(FileHandlesTest, CopiesOntoANewFileOnlyAndKeepsTheSource) {
   std::string bytes(200000, '\0');
   for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7);
   Put(u"from.bin", bytes);
   EXPECT_TRUE(platform::CopyFileNoReplace(Host(u"from.bin").c_str(), Host(u"to.bin").c_str()));
   EXPECT_EQ(Content(u"from.bin"), bytes);
   EXPECT_EQ(Content(u"to.bin"), bytes);
-}
+  FileHandle copy = platform::OpenFileForReading(Host(u"to.bin").c_str());
+  int64_t size = -1;
+  EXPECT_TRUE(platform::FileSize64(copy, &size));
+  EXPECT_EQ(size, 200000);
+  platform::CloseFileHandle(copy);
 
-TEST_F(FileHandlesTest, CopyingOntoAnExistingFileFailsAndLeavesItUnchanged) {
-  Put(u"from.bin", "source");
-  Put(u"to.bin", "target");
-  EXPECT_FALSE(platform::CopyFileNoReplace(Host(u"from.bin").c_str(), Host(u"to.bin").c_str()));
-  EXPECT_EQ(Content(u"to.bin"), "target");
-}
-
-TEST_F(FileHandlesTest, CopyingAMissingFileFailsAndCreatesNothing) {
-  EXPECT_FALSE(platform::CopyFileNoReplace(Host(u"missing.bin").c_str(), Host(u"to.bin").c_str()));
-  EXPECT_FALSE(Exists(u"to.bin"));
-}
-
-TEST_F(FileHandlesTest, DeletesAnExistingFileAndReportsAMissingOne) {
-  Put(u"doomed.bin", "x");
-  EXPECT_TRUE(platform::DeleteFileAt(Host(u"doomed.bin").c_str()));
-  EXPECT_FALSE(Exists(u"doomed.bin"));
-  EXPECT_FALSE(platform::DeleteFileAt(Host(u"doomed.bin").c_str()));
+  Put(u"other.bin", "other");
+  EXPECT_FALSE(platform::CopyFileNoReplace(Host(u"other.bin").c_str(), Host(u"to.bin").c_str()));
+  EXPECT_EQ(Content(u"to.bin"), bytes);
+  EXPECT_FALSE(platform::CopyFileNoReplace(Host(u"missing.bin").c_str(), Host(u"new.bin").c_str()));
+  EXPECT_FALSE(Exists(u"new.bin"));
 }
 
 TEST_F(FileHandlesTest, HandlesNamesBeyondAscii) {
@@ -198,14 +137,6 @@ TEST_F(FileHandlesTest, HandlesNamesBeyondAscii) {
   EXPECT_EQ(Content(first), "360");
   EXPECT_TRUE(platform::DeleteFileAt(Host(second).c_str()));
   EXPECT_FALSE(Exists(second));
-}
-
-TEST_F(FileHandlesTest, TakesPathsWithoutTheLongPathPrefixAsTheyAre) {
-  Put(u"plain.bin", "plain");
-  std::u16string plain = folder_.path().u16string() + u"\\plain.bin";
-  FileHandle file = platform::OpenFileForReading(plain.c_str());
-  ASSERT_NE(file, platform::InvalidFileHandle());
-  platform::CloseFileHandle(file);
 }
 
 }  // namespace

@@ -87,7 +87,7 @@ class StandinStitcherTest : public ::testing::Test {
   int64_t live_at_start_ = OmniStandin_LiveSources();
 };
 
-TEST_F(StandinStitcherTest, ReportsDefaultsForAnEmptyObject) {
+TEST_F(StandinStitcherTest, ReportsTheFilesValuesOrDefaultsAndDerivesTheSampleCount) {
   MediaInfo info;
   OpenClip("{}", &info);
   EXPECT_EQ(info.has_video, 1);
@@ -102,10 +102,7 @@ TEST_F(StandinStitcherTest, ReportsDefaultsForAnEmptyObject) {
   EXPECT_EQ(info.audio_channels, 2);
   EXPECT_EQ(info.audio_sample_frames, 480480);  // 300 / 29.97 * 48000 = 480480.48
   EXPECT_EQ(info.offset, "");
-}
 
-TEST_F(StandinStitcherTest, ReportsTheFileValuesAndDerivesTheSampleCount) {
-  MediaInfo info;
   OpenClip(R"({"width": 640, "height": 640, "fps": 25, "frames": 250,
       "bitrate": 7, "stereo": true, "offset": "1.5,-2,0", "audio": {"rate": 44100,
       "channels": 6}})",
@@ -123,10 +120,7 @@ TEST_F(StandinStitcherTest, ReportsTheFileValuesAndDerivesTheSampleCount) {
 
   OpenClip(R"({"audio": {"sample_frames": 12345}})", &info);
   EXPECT_EQ(info.audio_sample_frames, 12345);
-}
 
-TEST_F(StandinStitcherTest, ReportsNoSoundAsZeroAudioFields) {
-  MediaInfo info;
   OpenClip(R"({"audio": null})", &info);
   EXPECT_EQ(info.has_audio, 0);
   EXPECT_EQ(info.audio_sample_frames, 0);
@@ -134,13 +128,27 @@ TEST_F(StandinStitcherTest, ReportsNoSoundAsZeroAudioFields) {
   EXPECT_EQ(info.audio_channels, 0);
 }
 
-TEST_F(StandinStitcherTest, GivesNoSourceForMissingOrMalformedFiles) {
+TEST_F(StandinStitcherTest, GivesNoSourceForMissingOrMalformedFilesOrWhereTheFileSaysSo) {
   EXPECT_FALSE(TryOpen(folder_.Join("absent.qvo")));
   for (const char* text : {"", "not json", "[1, 2]", "{\"width\": 10", "{\"width\": \"wide\"}",
                            "{\"fps\": 0}", "{\"audio\": 5}", "{\"render\": \"fancy\"}",
                            "{\"faults\": {\"video_fail_once\": [\"x\"]}}"}) {
     EXPECT_FALSE(TryOpen(WriteProject(text))) << text;
   }
+
+  std::string never = WriteProject(R"({"faults": {"create": true}})");
+  EXPECT_FALSE(TryOpen(never));
+  EXPECT_FALSE(TryOpen(never));
+
+  std::string twice = WriteProject(R"({"faults": {"create_ok_times": 2}})");
+  std::shared_ptr<PRSource> first = PrSourceFactory::Create(twice, nullptr);
+  std::shared_ptr<PRSource> second = PrSourceFactory::Create(twice, nullptr);
+  EXPECT_TRUE(first);
+  EXPECT_TRUE(second);
+  EXPECT_FALSE(TryOpen(twice));
+  PrSourceFactory::Destroy(first);
+  PrSourceFactory::Destroy(second);
+  EXPECT_FALSE(TryOpen(twice));  // the count of Create calls survives the release
 }
 
 TEST_F(StandinStitcherTest, SharesOneSourcePerPathUntilTheLastDestroy) {
@@ -291,23 +299,7 @@ TEST_F(StandinStitcherTest, FramesFailOutsideTheClipAndWhereTheFileSaysOnceOrAlw
   EXPECT_EQ(VideoResult(reopened, 3), 1);
 }
 
-TEST_F(StandinStitcherTest, CreateFailsWhenTheFileSaysSo) {
-  std::string never = WriteProject(R"({"faults": {"create": true}})");
-  EXPECT_FALSE(TryOpen(never));
-  EXPECT_FALSE(TryOpen(never));
-
-  std::string twice = WriteProject(R"({"faults": {"create_ok_times": 2}})");
-  std::shared_ptr<PRSource> first = PrSourceFactory::Create(twice, nullptr);
-  std::shared_ptr<PRSource> second = PrSourceFactory::Create(twice, nullptr);
-  EXPECT_TRUE(first);
-  EXPECT_TRUE(second);
-  EXPECT_FALSE(TryOpen(twice));
-  PrSourceFactory::Destroy(first);
-  PrSourceFactory::Destroy(second);
-  EXPECT_FALSE(TryOpen(twice));  // the count of Create calls survives the release
-}
-
-TEST_F(StandinStitcherTest, ToneFollowsTheAbsoluteSampleNumber) {
+TEST_F(StandinStitcherTest, ToneFollowsTheAbsoluteSampleNumberForPositiveCounts) {
   PRSource& source = OpenClip(R"({"audio": {"rate": 48000, "channels": 3}})");
   std::vector<float> whole(3 * 300), split(3 * 300);
   float* whole_buffers[3] = {&whole[0], &whole[300], &whole[600]};
@@ -324,15 +316,11 @@ TEST_F(StandinStitcherTest, ToneFollowsTheAbsoluteSampleNumber) {
   float* rest[3] = {split_buffers[0] + 120, split_buffers[1] + 120, split_buffers[2] + 120};
   ASSERT_EQ(source.GetAudioFrame(start + 120, 180, rest), 0);
   EXPECT_EQ(split, whole);
-}
 
-TEST_F(StandinStitcherTest, NonPositiveCountWritesNothing) {
-  PRSource& source = OpenClip("{}");
-  std::vector<float> samples(8, 7.0f);
-  float* buffers[2] = {&samples[0], &samples[4]};
-  EXPECT_EQ(source.GetAudioFrame(0, 0, buffers), 0);
-  EXPECT_EQ(source.GetAudioFrame(0, -3, buffers), 0);
-  EXPECT_EQ(samples, std::vector<float>(8, 7.0f));
+  std::vector<float> untouched = whole;
+  EXPECT_EQ(source.GetAudioFrame(0, 0, whole_buffers), 0);
+  EXPECT_EQ(source.GetAudioFrame(0, -3, whole_buffers), 0);
+  EXPECT_EQ(whole, untouched) << "a count that is not positive writes nothing";
 }
 
 }  // namespace

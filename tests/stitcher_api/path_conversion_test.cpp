@@ -4,30 +4,21 @@
 
 namespace {
 
-TEST(PathConversionTest, DropsTheLongPathPrefix) {
+TEST(PathConversionTest, DropsTheFirstFourCharactersWhateverTheyAre) {
   EXPECT_EQ(NarrowPath(u"\\\\?\\C:\\a.qvo"), "C:\\a.qvo");
   EXPECT_EQ(Utf8Path(u"\\\\?\\C:\\a.qvo"), "C:\\a.qvo");
-}
-
-TEST(PathConversionTest, DropsTheFirstFourCharactersWhateverTheyAre) {
   EXPECT_EQ(NarrowPath(u"C:\\x\\a.qvo"), "\\a.qvo");
   EXPECT_EQ(Utf8Path(u"C:\\x\\a.qvo"), "\\a.qvo");
+  EXPECT_EQ(NarrowPath(u"ab"), "") << "shorter than the prefix";
+  EXPECT_EQ(Utf8Path(u""), "");
 }
 
 TEST(PathConversionTest, NarrowPathReplacesWhatTheCodePageLacksWhileUtf8KeepsIt) {
-  const char16_t* path = u"\\\\?\\D:\\\u4E2D\u00E9\u20AC.qvo";
-  EXPECT_EQ(NarrowPath(path), "D:\\?\xE9\x80.qvo");
-  EXPECT_EQ(Utf8Path(path), "D:\\\xE4\xB8\xAD\xC3\xA9\xE2\x82\xAC.qvo");
-}
-
-TEST(PathConversionTest, KeepsCharactersBeyondTheBasicPlaneOnlyInUtf8) {
+  const char16_t* path = u"\\\\?\\D:\\\u4E2D\u00E9\u20AC\u00A0.qvo";
+  EXPECT_EQ(NarrowPath(path), "D:\\?\xE9\x80\xA0.qvo");
+  EXPECT_EQ(Utf8Path(path), "D:\\\xE4\xB8\xAD\xC3\xA9\xE2\x82\xAC\xC2\xA0.qvo");
   EXPECT_EQ(Utf8Path(u"\\\\?\\\U0001F600"), "\xF0\x9F\x98\x80");
   EXPECT_EQ(NarrowPath(u"\\\\?\\\U0001F600"), "??") << "one default character per code unit";
-}
-
-TEST(PathConversionTest, APathShorterThanThePrefixGivesAnEmptyString) {
-  EXPECT_EQ(NarrowPath(u"ab"), "");
-  EXPECT_EQ(Utf8Path(u""), "");
 }
 
 }  // namespace
