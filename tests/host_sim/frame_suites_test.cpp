@@ -207,6 +207,20 @@ TEST_F(FrameSuitesTest, AWriteJustOutsideAFrameIsAFaultWhenItIsFreedOrReported) 
   EXPECT_NE(report.ToString().find("write outside the 4x2 frame"), std::string::npos);
 }
 
+// Benchmarks recycle frame buffers; a recycled buffer keeps its bytes but is guarded afresh.
+TEST_F(FrameSuitesTest, ARecycledBufferKeepsItsBytesAndIsGuardedAgain) {
+  host_.frames().set_recycling(true);
+  PPixHand first = Create(kPlanar, 7, 5);
+  uint8_t* bytes = Frame(first).planes[0].bytes;
+  bytes[0] = 0x42;
+  bytes[-1] = 0;
+  EXPECT_EQ(ppix().Dispose(first), suiteError_NoError);
+  const HostFrame& again = Frame(Create(kPlanar, 7, 5));
+  EXPECT_EQ(again.planes[0].bytes, bytes);
+  EXPECT_EQ(again.planes[0].bytes[0], 0x42);
+  EXPECT_EQ(host_.Report().frame_faults.size(), 1u) << "only the first frame was written outside";
+}
+
 TEST(FrameSuitesWithoutHostTest, AnswerFailureWithNoHostCurrent) {
   PPixHand frame = nullptr;
   const prRect bounds = {0, 0, 8, 8};
