@@ -22,7 +22,8 @@ class TrimmingTest : public ::testing::Test {
 
   // Selector imTrimFile8 on the clip. One frame lasts one second (scale 2 over sample size 2),
   // so ten samples at 10 Hz.
-  int32_t Trim(int32_t trim_in, int32_t duration, bool with_progress = true) {
+  int32_t Trim(int32_t trim_in, int32_t duration, bool with_progress = true,
+               bool keep_video = true) {
     char* block = reinterpret_cast<char*>(&record_);
     imFileAccessRec8 access{};
     access.filepath = source_wide_.c_str();
@@ -31,7 +32,7 @@ class TrimmingTest : public ::testing::Test {
     request.trimIn = trim_in;
     request.duration = duration;
     request.keepAudio = 1;
-    request.keepVideo = 1;
+    request.keepVideo = keep_video ? 1 : 0;
     request.destFilePath = target_wide_.c_str();
     request.scale = 2;
     request.sampleSize = 2;
@@ -91,6 +92,21 @@ TEST_F(TrimmingTest, WritesTheRangesFramesAndSoundInTheSampleFormatReportingEach
   }
   // Two frames, then two one-second blocks of each of two channels.
   EXPECT_EQ(progress_, (std::vector<int32_t>{25, 50, 62, 75, 87, 100}));
+}
+
+TEST_F(TrimmingTest, LeavingThePictureOutWritesTheSoundAloneUnderAHeaderWithoutVideo) {
+  ASSERT_EQ(Trim(1, 2, true, false), imNoErr);
+  const std::string bytes = Target();
+  ASSERT_EQ(bytes.size(), 602 + 2 * 20 * sizeof(float));
+  SampleFileHeader header;
+  std::memcpy(&header, bytes.data(), sizeof(header));
+  EXPECT_EQ(header.has_video, 0u);
+  EXPECT_EQ(header.frame_count, 0u);
+  EXPECT_EQ(header.has_audio, 1u);
+  EXPECT_EQ(header.sample_frames, 20u);
+  float first;
+  std::memcpy(&first, bytes.data() + 602, sizeof(first));
+  EXPECT_EQ(first, SampleValue(0, 10));
 }
 
 TEST_F(TrimmingTest, KeepsTheFramesCopiedWithoutSoundWhenTheHostStops) {
