@@ -71,4 +71,22 @@ DirectSource::DirectSource(const host_sim::HostFile& clip) {
   source_ = PrSourceFactory::Create(BenchHost::PathOf(clip), &info);
 }
 
-DirectSource::~DirectSource() { PrSourceFactory::Destroy(source_); }
+DirectSource::DirectSource(const host_sim::HostFile& clip, int32_t width) : DirectSource(clip) {
+  host_sim::HostFrames& frames = BenchHost::Get().host().frames();
+  width_ = width;
+  frame_ = frames.Create(kPlanarFormat, width, width / 2);
+  const host_sim::HostFrame* made = frames.Find(frame_);
+  for (int p = 0; p < 3; ++p) {
+    planes_[p] = made->planes[p].bytes;
+    strides_[p] = made->planes[p].row_bytes;
+  }
+}
+
+DirectSource::~DirectSource() {
+  if (frame_ != nullptr) BenchHost::Get().host().frames().Dispose(frame_);
+  PrSourceFactory::Destroy(source_);
+}
+
+int32_t DirectSource::WriteFrame(int64_t index) {
+  return source_->GetVideoFrame(index, width_, width_ / 2, planes_, strides_);
+}

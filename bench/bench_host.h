@@ -55,16 +55,26 @@ inline double Seconds(std::chrono::steady_clock::duration elapsed) {
 // what remains of a frame's time is the plug-in's and the host's work; one per width, kept open.
 host_sim::HostFile* FlatClipOfWidth(int64_t width);
 
-// The stand-in's source of a clip, asked directly, as a stitcher's own cost is measured.
+// The stand-in's source of a clip, asked directly, as a stitcher's own cost is measured, and a
+// host frame of the clip's flat width for it to write into.
 class DirectSource {
  public:
   explicit DirectSource(const host_sim::HostFile& clip);
+  // With a planar host frame of `width` x `width / 2` made for `WriteFrame`.
+  DirectSource(const host_sim::HostFile& clip, int32_t width);
   ~DirectSource();
   DirectSource(const DirectSource&) = delete;
   DirectSource& operator=(const DirectSource&) = delete;
 
   PRSource* operator->() { return source_.get(); }
 
+  // Frame `index` written straight into the host frame; the library's result.
+  int32_t WriteFrame(int64_t index);
+
  private:
   std::shared_ptr<PRSource> source_;
+  int32_t width_ = 0;
+  PPixHand frame_ = nullptr;  // disposed with the source
+  uint8_t* planes_[3] = {nullptr, nullptr, nullptr};
+  int strides_[3] = {0, 0, 0};
 };
