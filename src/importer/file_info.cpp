@@ -1,12 +1,12 @@
 #include "importer/file_info.h"
 
 #include "host_sdk/host_assumptions.h"
+#include "logging/log_sites.h"
+#include "logging/plugin_log.h"
 #include "open_files/file_context.h"
 #include "open_files/host_suites.h"
 #include "open_files/media_info_cache.h"
 #include "open_files/private_file_record.h"
-#include "logging/log_sites.h"
-#include "logging/plugin_log.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "importer/file_lifecycle.h"
 
+#include "logging/log_sites.h"
+#include "logging/plugin_log.h"
 #include "open_files/context_registry.h"
 #include "open_files/host_suites.h"
 #include "open_files/private_file_record.h"
-#include "logging/log_sites.h"
-#include "logging/plugin_log.h"
 #include "platform/file_handles.h"
 #include "platform/stitching_library.h"
 #include "stitcher_api/path_conversion.h"

@@ -4,9 +4,9 @@
 #include <thread>
 
 #include "command_link/command_client.h"
-#include "open_files/context_registry.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
+#include "open_files/context_registry.h"
 #include "platform/sockets.h"
 #include "platform/stitching_library.h"
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "open_files/host_suites.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
+#include "open_files/host_suites.h"
 
 ContextRegistry& ContextRegistry::Instance() {
   static ContextRegistry registry;
