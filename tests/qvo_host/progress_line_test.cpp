@@ -34,6 +34,18 @@ TEST(ProgressLineTest, WritesAPlainLineAtEveryTenthOfTheWayWhereItCannotRewrite)
   EXPECT_EQ(lines, 10u);
 }
 
+TEST(ProgressLineTest, AFileIsNoTerminalSoItGetsPlainLines) {
+  std::FILE* stream = std::tmpfile();
+  host_sim::ProgressLine progress("sound", 1, stream);
+  progress.Update(1);
+  progress.Finish();
+  std::rewind(stream);
+  char text[32] = {};
+  EXPECT_NE(std::fgets(text, sizeof(text), stream), nullptr);
+  EXPECT_STREQ(text, "sound 1/1 (100%)\n");
+  std::fclose(stream);
+}
+
 TEST(ProgressLineTest, RewritesOneLineOnATerminalAndEndsIt) {
   const std::string text = Written(true, [](host_sim::ProgressLine& progress) {
     progress.Update(1);
