@@ -10,7 +10,7 @@ namespace platform {
 
 struct StitchingLibraryLoad {
   bool loaded = false;
-  std::string path;         // the full path tried, UTF-8
+  std::string path;         // the full path tried, UTF-8; empty when it was loaded already
   unsigned long error = 0;  // the system's error code when it could not be loaded
 };
 

@@ -1,5 +1,7 @@
 #include "platform/stitching_library.h"
 
+#include "platform/text_encoding.h"
+
 #include <windows.h>
 
 #include <mutex>
@@ -35,25 +37,28 @@ std::wstring LibraryBesideThisModule() {
 }
 
 std::string Utf8(const std::wstring& wide) {
-  int needed = WideCharToMultiByte(CP_UTF8, 0, wide.c_str(), -1, nullptr, 0, nullptr, nullptr);
-  std::vector<char> utf8(static_cast<size_t>(needed > 0 ? needed : 1));
-  WideCharToMultiByte(CP_UTF8, 0, wide.c_str(), -1, utf8.data(), needed, nullptr, nullptr);
+  const auto* text = reinterpret_cast<const char16_t*>(wide.c_str());
+  std::vector<char> utf8(static_cast<size_t>(WideToMultiByte(CodePage::kUtf8, text, nullptr, 0)) +
+                         1);
+  WideToMultiByte(CodePage::kUtf8, text, utf8.data(), static_cast<int>(utf8.size()));
   return utf8.data();
 }
 
 }  // namespace
 
 StitchingLibraryLoad LoadStitchingLibrary() {
-  const std::wstring path = LibraryBesideThisModule();
   StitchingLibraryLoad load;
-  load.path = Utf8(path);
   std::lock_guard<std::mutex> lock(load_mutex);
-  // The library's own dependencies are looked for in its folder too. The handle is never freed.
-  if (!library_loaded) {
-    library_loaded =
-        LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH) != nullptr;
-    if (!library_loaded) load.error = GetLastError();
+  // Once loaded, every later open asks again: answered without looking the path up.
+  if (library_loaded) {
+    load.loaded = true;
+    return load;
   }
+  const std::wstring path = LibraryBesideThisModule();
+  load.path = Utf8(path);
+  // The library's own dependencies are looked for in its folder too. The handle is never freed.
+  library_loaded = LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH) != nullptr;
+  if (!library_loaded) load.error = GetLastError();
   load.loaded = library_loaded;
   return load;
 }
