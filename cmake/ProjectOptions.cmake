@@ -67,3 +67,12 @@ if(QUORVEL_SANITIZE)
                       -fno-sanitize-recover=all)
   add_link_options(-fsanitize=address,undefined)
 endif()
+
+option(QUORVEL_TSAN "Build with ThreadSanitizer" OFF)
+if(QUORVEL_TSAN)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+  # ThreadSanitizer does not model fences, which GCC refuses to instrument; Asio's handler fences
+  # only repeat the ordering that its scheduler's mutex already gives.
+  target_compile_definitions(quorvel_asio INTERFACE ASIO_DISABLE_FENCED_BLOCK)
+endif()

@@ -29,6 +29,7 @@ constexpr Palette kPalettes[] = {
     {{30, 140, 140}, {120, 80, 40}, {215, 215, 255}, {255, 80, 160}, {40, 40, 255}, {255, 255, 0}},
     {{110, 110, 110}, {35, 35, 35}, {190, 255, 190}, {255, 60, 60}, {0, 210, 0}, {255, 255, 255}},
 };
+static_assert(std::size(kPalettes) == kScenePalettes);
 
 // 5 x 7 glyphs, one byte per row, bit 4 the leftmost column.
 constexpr uint8_t kDigitGlyphs[10][7] = {
@@ -96,7 +97,7 @@ struct Eye {
 class Scene {
  public:
   Scene(const SceneFrame& frame, int32_t width, int32_t height)
-      : width_(width), palette_(kPalettes[frame.generation % std::size(kPalettes)]) {
+      : width_(width), palette_(kPalettes[frame.generation % kScenePalettes]) {
     column_inks_.assign(width, kBackground);
     int32_t thickness = std::max(1, width / 1280);
     for (int k = 0; k < 24; ++k) {

@@ -11,6 +11,10 @@
 
 namespace omni_standin {
 
+// The palettes the update generation cycles through: a picture depends on the generation modulo
+// this.
+constexpr uint64_t kScenePalettes = 4;
+
 // Everything a picture depends on besides its size.
 struct SceneFrame {
   int64_t index = 0;        // 0 <= index < frame_count

@@ -5,6 +5,7 @@
 #include "logging/plugin_log.h"
 #include "logging/stream_logger.h"
 #include "open_files/media_info_cache.h"
+#include "platform/compiler.h"
 
 namespace {
 
@@ -39,17 +40,16 @@ rapidjson::Value MessageObject(const char* message, rapidjson::Document::Allocat
 
 void AddMediaInfo(const std::string& filepath, rapidjson::Document& response) {
   auto& allocator = response.GetAllocator();
-  MediaInfoCacheMap& cache = MediaInfoCache();
-  auto entry = filepath.empty() ? cache.end() : cache.find(filepath);
-  if (entry == cache.end()) {
+  MediaInfo media;
+  size_t entries = 0;
+  if (filepath.empty() || !LookUpMediaInfo(filepath, &media, &entries)) {
     PluginLog::Get()->Write(kLogError, kLogSource, log_site::kInvalidFilePath,
                             "Request file path is invalid!");
     response.AddMember("err", MessageObject("invalid file path", allocator), allocator);
     return;
   }
   PluginLog::Get()->Write(kLogInfo, kLogSource, log_site::kSizeOfMap, "Size of map: %d",
-                          static_cast<int>(cache.size()));
-  const MediaInfo media = entry->second;
+                          static_cast<int>(entries));
   rapidjson::Value data(rapidjson::kObjectType);
   const double fps = media.fps;
   data.AddMember("duration", static_cast<double>(media.frame_count) / fps, allocator);
@@ -105,15 +105,30 @@ std::vector<char> parseJson(const rapidjson::Document& request) {
   return Serialized(response);
 }
 
+namespace {
+
+// Without the context's mutex, as the design has it: a host thread may meanwhile read from the
+// source, or release it and make it again, and Update may then reach a source being freed.
+QUORVEL_NOINLINE bool UpdateOtherSource(FileContext* context) {
+  if (!context->source) return false;
+  context->source->Update();
+  return true;
+}
+
+// The suite pointer is read while a file-information request may be writing the same pointer.
+QUORVEL_NOINLINE void ExpireCachedFramesOf(FileContext* context) {
+  if (context->cache_suite == nullptr) return;
+  context->cache_suite->ExpireAllPPixesFromCache();
+  PluginLog::Get()->Write(kLogInfo, kLogSource, log_site::kExpireAllCache,
+                          "Expire all cache after update param");
+}
+
+}  // namespace
+
 void ExpireCacheAfterUpdate(ContextRegistry& registry, const std::string& filepath) {
   registry.ForEachContext([&filepath](FileContext* context) {
     // The file the request names keeps its source and cache; every other one is refreshed.
-    if (context->path.compare(filepath) == 0 || !context->source) return;
-    context->source->Update();
-    if (context->cache_suite != nullptr) {
-      context->cache_suite->ExpireAllPPixesFromCache();
-      PluginLog::Get()->Write(kLogInfo, kLogSource, log_site::kExpireAllCache,
-                              "Expire all cache after update param");
-    }
+    if (context->path.compare(filepath) == 0) return;
+    if (UpdateOtherSource(context)) ExpireCachedFramesOf(context);
   });
 }

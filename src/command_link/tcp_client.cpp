@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <future>
+#include <string>
 #include <utility>
 
 #include "command_link/tcp_connection.h"
@@ -33,7 +34,9 @@ void TcpClient::connect(const std::string& host, uint32_t port, uint32_t timeout
   if (is_connected()) throw TcpError("already connected");
   const asio::ip::tcp::endpoint endpoint = EndpointOf(host, port);
   std::shared_ptr<TcpConnection> connection = TcpConnection::Create(service_);
-  connection->Connect(endpoint, std::chrono::milliseconds(timeout_ms)).get();
+  const std::string failure =
+      connection->Connect(endpoint, std::chrono::milliseconds(timeout_ms)).get();
+  if (!failure.empty()) throw TcpError(failure);
   std::lock_guard<std::mutex> lock(connection_mutex_);
   connection_ = std::move(connection);
 }

@@ -18,8 +18,8 @@ void AnswerWrite(TcpClient::WriteRequest& request, bool success, size_t size) {
   if (request.callback) request.callback(result);
 }
 
-TcpError ConnectFailure(const asio::ip::tcp::endpoint& endpoint, bool timed_out,
-                        const std::error_code& error) {
+std::string ConnectFailure(const asio::ip::tcp::endpoint& endpoint, bool timed_out,
+                           const std::error_code& error) {
   std::ostringstream text;
   text << "connect to " << endpoint;
   if (timed_out) {
@@ -27,7 +27,7 @@ TcpError ConnectFailure(const asio::ip::tcp::endpoint& endpoint, bool timed_out,
   } else {
     text << " failed: " << error.message();
   }
-  return TcpError(text.str());
+  return text.str();
 }
 
 }  // namespace
@@ -49,9 +49,9 @@ TcpConnection::TcpConnection(std::shared_ptr<TcpIoService> service)
       socket_(service_->io_context()),
       connect_timer_(service_->io_context()) {}
 
-std::future<void> TcpConnection::Connect(const asio::ip::tcp::endpoint& endpoint,
-                                         std::chrono::milliseconds timeout) {
-  std::future<void> done = connect_done_.get_future();
+std::future<std::string> TcpConnection::Connect(const asio::ip::tcp::endpoint& endpoint,
+                                                std::chrono::milliseconds timeout) {
+  std::future<std::string> done = connect_done_.get_future();
   asio::post(service_->io_context(), [self = shared_from_this(), endpoint, timeout] {
     self->StartConnect(endpoint, timeout);
   });
@@ -112,12 +112,11 @@ void TcpConnection::OnConnectDone(const asio::ip::tcp::endpoint& endpoint,
     socket_.set_option(asio::ip::tcp::no_delay(true), setup_error);
   if (connect_timed_out_ || setup_error) {
     Drop();
-    connect_done_.set_exception(
-        std::make_exception_ptr(ConnectFailure(endpoint, connect_timed_out_, setup_error)));
+    connect_done_.set_value(ConnectFailure(endpoint, connect_timed_out_, setup_error));
     return;
   }
   connected_ = true;
-  connect_done_.set_value();
+  connect_done_.set_value(std::string());
 }
 
 void TcpConnection::QueueRead(TcpClient::ReadRequest request) {

@@ -10,6 +10,7 @@
 #include <deque>
 #include <future>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "command_link/tcp_client.h"
@@ -25,10 +26,12 @@ class TcpConnection : public std::enable_shared_from_this<TcpConnection> {
   TcpConnection(const TcpConnection&) = delete;
   TcpConnection& operator=(const TcpConnection&) = delete;
 
-  // Starts connecting to `endpoint`. The future is ready once connected, or holds a TcpError
-  // once refused or once `timeout` has passed, upon which a timer closes the socket.
-  std::future<void> Connect(const asio::ip::tcp::endpoint& endpoint,
-                            std::chrono::milliseconds timeout);
+  // Starts connecting to `endpoint`. The future holds an empty text once connected, or the
+  // failure's text once refused or once `timeout` has passed, upon which a timer closes the
+  // socket. The caller throws: an exception handed between threads would be freed on whichever
+  // thread lets go of it last.
+  std::future<std::string> Connect(const asio::ip::tcp::endpoint& endpoint,
+                                   std::chrono::milliseconds timeout);
 
   // Queue a request behind the earlier ones of its kind; answered with failure when the
   // connection is closed by the time the I/O thread takes it.
@@ -68,7 +71,7 @@ class TcpConnection : public std::enable_shared_from_this<TcpConnection> {
   std::shared_future<void> removed_;  // set by Create, read from any thread afterwards
 
   std::atomic<bool> connected_{false};  // written on the I/O thread, read from any thread
-  std::promise<void> connect_done_;
+  std::promise<std::string> connect_done_;
   bool connect_finished_ = false;
   bool connect_timed_out_ = false;
   bool awaiting_data_ = false;

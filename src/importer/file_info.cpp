@@ -7,6 +7,7 @@
 #include "open_files/host_suites.h"
 #include "open_files/media_info_cache.h"
 #include "open_files/private_file_record.h"
+#include "platform/compiler.h"
 
 namespace {
 
@@ -18,6 +19,10 @@ void WriteFixedAnswers(int32_t interface_version, imFileInfoRec8* info) {
   info->vidInfo.hasPulldown = 0;
   info->hasDataRate = 1;
 }
+
+// Read without the context's mutex, as the design has it: a frame or sound request that re-creates
+// a released source rewrites it meanwhile, with the same values from the same project file.
+QUORVEL_NOINLINE MediaInfo MediaInfoWithoutMutex(const FileContext& context) { return context.media_info; }
 
 void DescribeVideo(const MediaInfo& media, SampleFileHeader* header, imFileInfoRec8* info) {
   header->has_video = 1;
@@ -131,10 +136,7 @@ int32_t GetFileInfo(const imStdParms* std_parms, const imFileAccessRec8* access,
   }
   if (record->header.version != kSampleFileVersion) return imBadFile;
 
-  // Read without the context's mutex, as the design has it: a frame or sound request that
-  // re-creates a released source rewrites it meanwhile, with the same values from the same project
-  // file.
-  const MediaInfo media = context->media_info;
+  const MediaInfo media = MediaInfoWithoutMutex(*context);
   if (media.has_video != 0) {
     DescribeVideo(media, &record->header, info);
   } else {
@@ -146,7 +148,7 @@ int32_t GetFileInfo(const imStdParms* std_parms, const imFileAccessRec8* access,
     record->header.has_audio = 0;
   }
   // The first description of a path stays: a later request does not replace it.
-  MediaInfoCache().emplace(context->utf8_path, media);
+  PublishMediaInfo(context->utf8_path, media);
 
   AcquireHostSuites(std_parms, record, context);
   CopyHostPath(access->filepath, record->path);

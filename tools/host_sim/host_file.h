@@ -70,6 +70,10 @@ class HostFile {
   // frame's reference and disposes of it through Host::frames(), or leaves it to the Host's end.
   int32_t RequestFrame(PrTime time, imFrameFormat format, PPixHand* frame);
 
+  // The same with the caller's own format entry, which the plug-in may complete. Several threads
+  // may ask at once, as the host's render threads do.
+  int32_t RequestFrame(PrTime time, imFrameFormat* format, PPixHand* frame);
+
   // The wanted format as the plug-in left it in the latest RequestFrame.
   imFrameFormat last_frame_format() const { return last_frame_format_; }
 

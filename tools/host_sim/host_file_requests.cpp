@@ -18,10 +18,14 @@ int32_t ReportTrimProgress(int32_t part_done, int32_t total, void* callback_id) 
 }  // namespace
 
 int32_t HostFile::RequestFrame(PrTime time, imFrameFormat format, PPixHand* frame) {
-  *frame = nullptr;
   last_frame_format_ = format;
-  imSourceVideoRec record = MakeSourceVideoRecord(private_data_, PrefsOrNull(), PrefsSize(), time,
-                                                  &last_frame_format_, frame);
+  return RequestFrame(time, &last_frame_format_, frame);
+}
+
+int32_t HostFile::RequestFrame(PrTime time, imFrameFormat* format, PPixHand* frame) {
+  *frame = nullptr;
+  imSourceVideoRec record =
+      MakeSourceVideoRecord(private_data_, PrefsOrNull(), PrefsSize(), time, format, frame);
   return session_.Call(imGetSourceVideo, file_ref_, &record);
 }
 
