@@ -76,3 +76,14 @@ if(QUORVEL_TSAN)
   # only repeat the ordering that its scheduler's mutex already gives.
   target_compile_definitions(quorvel_asio INTERFACE ASIO_DISABLE_FENCED_BLOCK)
 endif()
+
+option(QUORVEL_FUZZ "Build the libFuzzer targets, with the project's code instrumented for them" OFF)
+# Every target is instrumented for coverage and checked by both sanitizers (the alignment check
+# stays off, as above, and clang's checks skip what cmake/ubsan_ignorelist.txt names in
+# third-party headers); only the fuzz targets link libFuzzer's main.
+if(QUORVEL_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=alignment
+                      -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/ubsan_ignorelist.txt
+                      -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=address,undefined)
+endif()

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Sets up this machine, builds the linux, linux-sanitize, linux-tsan and windows builds, and runs
-# every test (the windows build's under Wine).
+# Sets up this machine, builds the linux, linux-sanitize, linux-tsan, linux-fuzz and windows
+# builds, and runs every test (the windows build's under Wine; linux-fuzz's fuzz each target for
+# 30 s).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 ./scripts/setup.sh
@@ -12,7 +13,7 @@ mkdir -p build
 cmake/wine-run.sh wineboot --init >/dev/null 2>&1 || true
 
 status=0
-for preset in linux linux-sanitize linux-tsan windows; do
+for preset in linux linux-sanitize linux-tsan linux-fuzz windows; do
   echo "=== $preset ==="
   ./scripts/build.sh "$preset"
   ctest --preset "$preset" --parallel 2 --timeout 900 || status=1

@@ -1,27 +1,33 @@
 #include "delivery/size_calculation.h"
 
+#include "delivery/saturating_arithmetic.h"
 #include "open_files/private_file_record.h"
 #include "platform/file_handles.h"
 #include "sample_file/sample_file_helpers.h"
 
 int64_t SampleFileBytes(const SampleFileHeader& header, int32_t duration, int32_t scale,
                         int32_t sample_size) {
-  const int64_t frame_bytes = static_cast<int64_t>(header.width) * header.height *
-                              BytesPerPixelForCodec(header.video_codec);
+  const int64_t frame_bytes = SaturatingMultiply(SaturatingMultiply(header.width, header.height),
+                                                 BytesPerPixelForCodec(header.video_codec));
   int64_t video_bytes = 0;
   if (header.has_video != 0 && scale != 0) {
-    video_bytes = (frame_bytes + static_cast<int64_t>(kFrameSeparatorSize)) * duration / scale;
+    video_bytes = SaturatingDivide(
+        SaturatingMultiply(SaturatingAdd(frame_bytes, static_cast<int64_t>(kFrameSeparatorSize)),
+                           duration),
+        scale);
   }
   int64_t audio_bytes = 0;
   if (header.has_audio != 0) {
     int64_t samples = duration;
     if (header.has_video != 0 && sample_size != 0) {
-      samples = static_cast<int64_t>(header.sample_rate * duration / sample_size);
+      samples = SaturatingFromDouble(header.sample_rate * duration / sample_size);
     }
     audio_bytes =
-        samples * ChannelCountOfType(header.channel_type) * static_cast<int64_t>(sizeof(float));
+        SaturatingMultiply(SaturatingMultiply(samples, ChannelCountOfType(header.channel_type)),
+                           static_cast<int64_t>(sizeof(float)));
   }
-  return video_bytes + audio_bytes + static_cast<int64_t>(kSampleFileHeaderSize);
+  return SaturatingAdd(SaturatingAdd(video_bytes, audio_bytes),
+                       static_cast<int64_t>(kSampleFileHeaderSize));
 }
 
 int32_t CalculateSize(imCalcSizeRec* request, const imFileAccessRec8* access) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "delivery/saturating_arithmetic.h"
 #include "open_files/private_file_record.h"
 #include "platform/file_handles.h"
 #include "sample_file/sample_file_helpers.h"
@@ -41,7 +42,7 @@ class Progress {
 int64_t SampleOfFrame(int64_t frame, const SampleFileHeader& header, int32_t scale,
                       int32_t sample_size) {
   if (scale == 0) return 0;
-  return static_cast<int64_t>(static_cast<double>(frame) * header.sample_rate * sample_size /
+  return SaturatingFromDouble(static_cast<double>(frame) * header.sample_rate * sample_size /
                               scale);
 }
 
@@ -71,7 +72,7 @@ bool RangeOf(const SampleFileHeader& header, const imTrimFileRec8* request, Trim
       end == units ? total_samples
                    : std::min(total_samples,
                               SampleOfFrame(end, header, request->scale, request->sampleSize));
-  range->sample_count = std::max<int64_t>(0, end_sample - range->first_sample);
+  range->sample_count = std::max<int64_t>(0, SaturatingSubtract(end_sample, range->first_sample));
   return true;
 }
 
@@ -137,13 +138,15 @@ class TrimWriter {
   CopyOutcome CopyAudio(const TrimRange& range) {
     const int32_t channels = ChannelCountOfType(header_.channel_type);
     if (channels <= 0 || range.sample_count <= 0) return CopyOutcome::kDone;
-    const int64_t block_samples = std::max<int64_t>(1, static_cast<int64_t>(header_.sample_rate));
-    const int64_t blocks_per_channel = (range.sample_count + block_samples - 1) / block_samples;
-    const int64_t total_blocks = blocks_per_channel * channels;
+    const int64_t block_samples = std::max<int64_t>(1, SaturatingFromDouble(header_.sample_rate));
+    const int64_t blocks_per_channel =
+        range.sample_count / block_samples + (range.sample_count % block_samples != 0 ? 1 : 0);
+    const int64_t total_blocks = SaturatingMultiply(blocks_per_channel, channels);
     std::vector<float> block(static_cast<size_t>(std::min(block_samples, range.sample_count)));
     int64_t done = 0;
     for (int32_t channel = 0; channel < channels; ++channel) {
-      for (int64_t first = 0; first < range.sample_count; first += block_samples) {
+      for (int64_t first = 0; first < range.sample_count;
+           first = SaturatingAdd(first, block_samples)) {
         const int64_t samples = std::min(block_samples, range.sample_count - first);
         const auto bytes = static_cast<uint32_t>(samples * sizeof(float));
         const int64_t offset = AudioOffset(channel, range.first_sample + first);
@@ -170,10 +173,13 @@ class TrimWriter {
   // channels one after another.
   int64_t AudioOffset(int32_t channel, int64_t sample) const {
     const int64_t frames_end =
-        static_cast<int64_t>(kSampleFileHeaderSize) +
-        static_cast<int64_t>(header_.frame_count) * (FrameBytes() + kFrameSeparatorSize);
+        SaturatingAdd(static_cast<int64_t>(kSampleFileHeaderSize),
+                      SaturatingMultiply(header_.frame_count,
+                                         static_cast<int64_t>(FrameBytes()) + kFrameSeparatorSize));
     const auto total = static_cast<int64_t>(header_.sample_frames);
-    return frames_end + (channel * total + sample) * static_cast<int64_t>(sizeof(float));
+    const int64_t channel_start = SaturatingMultiply(channel, total);
+    return SaturatingAdd(frames_end, SaturatingMultiply(SaturatingAdd(channel_start, sample),
+                                                        static_cast<int64_t>(sizeof(float))));
   }
 
   platform::FileHandle source_;

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 #include "delivery/sample_file_writer.h"
 #include "platform/file_handles.h"
 #include "support/temp_folder.h"
@@ -43,6 +46,24 @@ TEST_F(SizeCalculationTest, CountsHeaderFramesWithSeparatorsAndAudioOrSamplesWit
   record_.header.has_video = 0;
   ASSERT_EQ(Calculate(7, 2, 5, nullptr, &size), imNoErr);
   EXPECT_EQ(size, 602 + 7 * 2 * 4) << "without video, the duration counts sample frames";
+}
+
+TEST_F(SizeCalculationTest, HoldsASizeBeyond64BitsAtTheLargestAndCountsNoSamplesForNoRate) {
+  int64_t size = 0;
+  record_.header.width = std::numeric_limits<int32_t>::max();
+  record_.header.height = std::numeric_limits<int32_t>::max();
+  ASSERT_EQ(Calculate(10, 1, 5, nullptr, &size), imNoErr);
+  EXPECT_EQ(size, std::numeric_limits<int64_t>::max());
+
+  record_.header.width = 4;
+  record_.header.height = 2;
+  record_.header.sample_rate = 1e300;
+  ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
+  EXPECT_EQ(size, std::numeric_limits<int64_t>::max());
+
+  record_.header.sample_rate = std::nan("");
+  ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
+  EXPECT_EQ(size, 602 + 36 * 10 / 2);
 }
 
 TEST_F(SizeCalculationTest, WithoutADurationGivesTheOpenFilesSizeOr4) {

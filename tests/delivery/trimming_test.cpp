@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <vector>
@@ -129,6 +130,24 @@ TEST_F(TrimmingTest, KeepsTheFramesCopiedWithoutSoundWhenTheHostStops) {
     EXPECT_EQ(header.sample_frames, 0u);
     EXPECT_EQ(static_cast<uint8_t>(bytes[602 + frames_kept * (frame_bytes + 4) - 5]),
               FrameByte(frames_kept, frame_bytes - 1));
+  }
+}
+
+// A sample rate out of all proportion puts the range's sound beyond any 64-bit position: the
+// frames are trimmed without sound.
+TEST_F(TrimmingTest, KeepsTheFramesWithoutSoundWhenTheSampleRateIsOutOfRange) {
+  const size_t frame_bytes = 4 * 2 * 4;
+  for (double rate : {1e300, std::nan("")}) {
+    SCOPED_TRACE(rate);
+    std::filesystem::remove(target_);
+    record_.header.sample_rate = rate;
+    ASSERT_EQ(Trim(1, 2), imNoErr);
+    const std::string bytes = Target();
+    ASSERT_EQ(bytes.size(), 602 + 2 * (frame_bytes + 4));
+    SampleFileHeader header;
+    std::memcpy(&header, bytes.data(), sizeof(header));
+    EXPECT_EQ(header.frame_count, 2u);
+    EXPECT_EQ(header.sample_frames, 0u);
   }
 }
 
