@@ -214,6 +214,9 @@ void TcpConnection::OnWritten(const std::error_code& error, size_t size) {
 void TcpConnection::Drop() {
   connected_ = false;
   std::error_code ignored;
+  // Cancelled before the close: on some systems (Wine) closing alone leaves a send pending for as
+  // long as the peer does not read, and the I/O thread, which shut-down joins, would never end.
+  socket_.cancel(ignored);
   socket_.close(ignored);
 }
 
