@@ -13,8 +13,8 @@ namespace {
 
 // The running position is read and written without a lock, as the design has it: two host threads
 // reading one file's sound with negative positions at once may both continue from the same place.
-QUORVEL_NOINLINE void NextAudioRange(PrivateFileRecord* record, int64_t position, uint32_t size, int64_t* start,
-                    int64_t* count) {
+QUORVEL_NOINLINE void NextAudioRange(PrivateFileRecord* record, int64_t position, uint32_t size,
+                                     int64_t* start, int64_t* count) {
   int64_t saved_position = record->audio_position;
   ClampAudioRequest(position, size, static_cast<int64_t>(record->header.sample_frames),
                     &saved_position, start, count);

@@ -22,7 +22,9 @@ void WriteFixedAnswers(int32_t interface_version, imFileInfoRec8* info) {
 
 // Read without the context's mutex, as the design has it: a frame or sound request that re-creates
 // a released source rewrites it meanwhile, with the same values from the same project file.
-QUORVEL_NOINLINE MediaInfo MediaInfoWithoutMutex(const FileContext& context) { return context.media_info; }
+QUORVEL_NOINLINE MediaInfo MediaInfoWithoutMutex(const FileContext& context) {
+  return context.media_info;
+}
 
 void DescribeVideo(const MediaInfo& media, SampleFileHeader* header, imFileInfoRec8* info) {
   header->has_video = 1;
