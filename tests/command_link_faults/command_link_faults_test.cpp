@@ -42,10 +42,7 @@ std::string ClipWithOffset(const std::string& offset) {
 
 TEST_F(LinkFaultTest, ServerClosingMidMessageLosesItAndIsServedAgainAfterReconnecting) {
   CommandServer server;
-  ASSERT_TRUE(server.WritePortFile(home()));
-  StartPlugin();
-  StartHostTraffic();
-  ASSERT_TRUE(server.WaitForConnection(kLinkWait));
+  ASSERT_NO_FATAL_FAILURE(StartLinkedTo(server));
 
   const std::string cut = Ping("cut").substr(0, 12);
   ASSERT_TRUE(server.SendRaw(cut));
@@ -205,10 +202,7 @@ TEST_F(LinkFaultTest, ThousandsOfRequestsInOneWriteAreEachAnsweredInOrder) {
 
 TEST_F(LinkFaultTest, InvalidUtf8InARequestsStringsIsTakenAsItStandsAndTheLinkGoesOn) {
   CommandServer server;
-  ASSERT_TRUE(server.WritePortFile(home()));
-  StartPlugin();
-  StartHostTraffic();
-  ASSERT_TRUE(server.WaitForConnection(kLinkWait));
+  ASSERT_NO_FATAL_FAILURE(StartLinkedTo(server));
 
   // Overlong, cut short, a surrogate, and bytes that never occur in UTF-8.
   const std::string bad = "\xC0\xAF|\xE2\x82|\xED\xA0\x80|\xFF\xFE";
@@ -227,10 +221,7 @@ TEST_F(LinkFaultTest, InvalidUtf8InARequestsStringsIsTakenAsItStandsAndTheLinkGo
 
 TEST_F(LinkFaultTest, RequestSplitAcrossTwoWritesIsLostAsTwoLoggedPiecesAndTheNextIsAnswered) {
   CommandServer server;
-  ASSERT_TRUE(server.WritePortFile(home()));
-  StartPlugin();
-  StartHostTraffic();
-  ASSERT_TRUE(server.WaitForConnection(kLinkWait));
+  ASSERT_NO_FATAL_FAILURE(StartLinkedTo(server));
 
   const std::string request = Ping("split");
   const std::string first = request.substr(0, 10);

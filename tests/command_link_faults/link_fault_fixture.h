@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "command_link_faults/host_traffic.h"
+#include "command_server/command_server.h"
 #include "host_sim/host_file.h"
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
@@ -47,6 +48,10 @@ class LinkFaultTest : public ::testing::Test {
 
   // Starts a host thread fetching frames and sound of a clip of its own, which it returns.
   const host_sim::HostFile& StartHostTraffic();
+
+  // The usual start: `server`'s port in the port file, the plug-in started, the host thread
+  // running and the plug-in connected to `server`.
+  void StartLinkedTo(command_server::CommandServer& server);
 
   // Checks that the host thread is served while the fault lasts.
   void ExpectHostServedMeanwhile();
