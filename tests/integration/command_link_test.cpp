@@ -1,6 +1,5 @@
 // The command server talking to the built plug-in file, with the production pause between the
-// command thread's passes: media information of a file the host has read, and a parameter update
-// after which the host re-fetches frames.
+// command thread's passes: a parameter update after which the host re-fetches frames.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -34,15 +33,6 @@ class CommandLinkTest : public PluginTest {
     return std::vector<uint8_t>(y.bytes, y.bytes + y.row_bytes * y.rows);
   }
 };
-
-TEST_F(CommandLinkTest, AnswersMediaInfoOfAFileTheHostHasRead) {
-  HostFile* clip = DescribedClip(
-      R"({"width": 64, "height": 32, "fps": 30, "frames": 900, "bitrate": 5000, "offset": "1.5,0,0"})");
-  ASSERT_TRUE(Server().Send(command_server::MediaInfoRequest("1", PathOf(*clip))));
-  EXPECT_EQ(Server().WaitForResponse(kAnswerTime),
-            R"({"requestId":"1","type":"get_media_info","data":{"duration":30.0,"bitrate":5000,)"
-            R"("fps":30.0,"offset":"1.5,0,0"}})");
-}
 
 TEST_F(CommandLinkTest, AnUpdateMakesTheHostFetchTheOtherFilesFramesAgain) {
   HostFile* named = DescribedClip(R"({"width": 64, "height": 32})");
