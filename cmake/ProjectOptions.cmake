@@ -2,7 +2,9 @@
 
 function(quorvel_warnings target)
   if(MSVC)
-    target_compile_options(${target} PRIVATE /W4 /WX /permissive- /utf-8)
+    # Third-party headers, included with angle brackets, are not ours to warn about.
+    target_compile_options(${target} PRIVATE /W4 /WX /permissive- /utf-8 /external:anglebrackets
+                                             /external:W0)
   else()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
   endif()
@@ -27,6 +29,15 @@ if(CMAKE_CROSSCOMPILING)
   endforeach()
   add_library(quorvel_third_party INTERFACE)
   target_include_directories(quorvel_third_party SYSTEM INTERFACE ${QUORVEL_THIRD_PARTY_INCLUDE})
+elseif(MSVC)
+  # The maker's Windows build takes the header-only libraries from vcpkg (vcpkg.json), the
+  # convention there.
+  find_package(RapidJSON CONFIG REQUIRED)
+  find_package(asio CONFIG REQUIRED)
+  find_package(Stb REQUIRED)
+  add_library(quorvel_third_party INTERFACE)
+  target_link_libraries(quorvel_third_party INTERFACE rapidjson asio::asio)
+  target_include_directories(quorvel_third_party SYSTEM INTERFACE ${Stb_INCLUDE_DIR})
 else()
   add_library(quorvel_third_party INTERFACE)
 endif()
