@@ -56,7 +56,7 @@ if [ -n "$pfx" ]; then
 elif [ -n "$pkcs11_module" ]; then
   [ -f "$pkcs11_module" ] || fail "PKCS#11 module not found: $pkcs11_module"
   [ -n "$pkcs11_cert" ] && [ -n "$pkcs11_key" ] ||
-    fail "a token needs --pkcs11-cert and --pkcs11-key (pkcs11: URIs, see: p11tool --list-all)"
+    fail "a token needs --pkcs11-cert and --pkcs11-key, the pkcs11: URIs of its certificate and key"
   key_options=(-pkcs11module "$pkcs11_module" -pkcs11cert "$pkcs11_cert" -key "$pkcs11_key")
 else
   fail "no certificate: give --pfx FILE, or --pkcs11-module for a hardware token"
