@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs, once, the Debian packages that both builds, the tests and the demo need.
+# Installs, once, the Debian packages that both builds, the tests, the demo and signing need.
 set -euo pipefail
 
 packages=(
@@ -8,6 +8,7 @@ packages=(
   rapidjson-dev libasio-dev libstb-dev
   g++-mingw-w64-x86-64-posix mingw-w64-tools
   wine wine64 wixl msitools
+  osslsigncode openssl libengine-pkcs11-openssl
 )
 
 missing=()
