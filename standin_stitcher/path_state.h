@@ -41,7 +41,7 @@ class PathState {
   std::array<std::atomic<int64_t>, kOmniStandinCallKinds> calls_{};
   std::atomic<uint64_t> generation_{0};
   std::mutex mutex_;
-  std::set<int64_t> requested_;  // guarded by mutex_
+  std::set<int64_t> requested_;          // guarded by mutex_
   std::map<int64_t, int64_t> pictures_;  // guarded by mutex_
 };
 
