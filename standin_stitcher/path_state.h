@@ -6,6 +6,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <map>
 #include <mutex>
 #include <set>
 
@@ -30,11 +31,18 @@ class PathState {
     return requested_.insert(frame_index).second;
   }
 
+  // How many pictures of `frame_index` were written before this one.
+  int64_t PicturesBefore(int64_t frame_index) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return pictures_[frame_index]++;
+  }
+
  private:
   std::array<std::atomic<int64_t>, kOmniStandinCallKinds> calls_{};
   std::atomic<uint64_t> generation_{0};
   std::mutex mutex_;
-  std::set<int64_t> requested_;  // guarded by mutex_
+  std::set<int64_t> requested_;          // guarded by mutex_
+  std::map<int64_t, int64_t> pictures_;  // guarded by mutex_
 };
 
 }  // namespace omni_standin

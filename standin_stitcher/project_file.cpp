@@ -78,7 +78,12 @@ bool ReadFaults(const Value& object, InjectedFaults* faults) {
          ReadInteger(f, "create_ok_times", 0, &faults->create_ok_times) &&
          ReadIndexSet(f, "video_fail_once", &faults->video_fail_once) &&
          ReadIndexSet(f, "video_fail_always", &faults->video_fail_always) &&
-         ReadInteger(f, "video_delay_ms", 0, &faults->video_delay_ms);
+         ReadInteger(f, "video_delay_ms", 0, &faults->video_delay_ms) &&
+         ReadInteger(f, "rows_unwritten", 0, &faults->rows_unwritten) &&
+         ReadBool(f, "write_past_end", &faults->write_past_end) &&
+         ReadBool(f, "unstable_picture", &faults->unstable_picture) &&
+         ReadBool(f, "sound_short", &faults->sound_short) &&
+         ReadBool(f, "sound_long", &faults->sound_long);
 }
 
 // Reads "audio" and settles the sample count, which by default follows from the clip length:

@@ -1,10 +1,14 @@
 #include "standin_source.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <cstddef>
+#include <cstring>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "test_scene.h"
 
@@ -31,6 +35,46 @@ bool CanHold(int32_t width, int32_t height, uint8_t** planes, const int* strides
   int32_t chroma_width = (width + 1) / 2;
   return planes[2] != nullptr && strides != nullptr && StrideFits(strides, 0, width) &&
          StrideFits(strides, 1, chroma_width) && StrideFits(strides, 2, chroma_width);
+}
+
+// 16 bytes: within the guard bytes a careful host keeps around its buffers.
+constexpr size_t kBytesPastEnd = 16;
+
+// The rows of one plane as the picture is written to it.
+struct PictureRows {
+  uint8_t* first_row = nullptr;
+  int32_t rows = 0;
+  int32_t row_length = 0;  // bytes
+  int stride = 0;
+};
+
+// Packed pictures are written tightly, 4 bytes a pixel.
+PictureRows FirstPlaneRows(int32_t width, int32_t height, uint8_t** planes, const int* strides) {
+  if (planes[1] == nullptr) return {planes[0], height, width * 4, width * 4};
+  return {planes[0], height, width, strides[0]};
+}
+
+PictureRows LastPlaneRows(int32_t width, int32_t height, uint8_t** planes, const int* strides) {
+  if (planes[1] == nullptr) return FirstPlaneRows(width, height, planes, strides);
+  return {planes[2], (height + 1) / 2, (width + 1) / 2, strides[2]};
+}
+
+std::vector<uint8_t> CopyLastRows(const PictureRows& plane, int64_t count) {
+  std::vector<uint8_t> kept;
+  const int32_t rows = static_cast<int32_t>(std::min<int64_t>(count, plane.rows));
+  for (int32_t r = plane.rows - rows; r < plane.rows; ++r) {
+    const uint8_t* row = plane.first_row + static_cast<ptrdiff_t>(r) * plane.stride;
+    kept.insert(kept.end(), row, row + plane.row_length);
+  }
+  return kept;
+}
+
+void RestoreLastRows(const PictureRows& plane, const std::vector<uint8_t>& kept) {
+  const int32_t rows = static_cast<int32_t>(kept.size() / static_cast<size_t>(plane.row_length));
+  for (int32_t i = 0; i < rows; ++i) {
+    uint8_t* row = plane.first_row + static_cast<ptrdiff_t>(plane.rows - rows + i) * plane.stride;
+    std::memcpy(row, kept.data() + static_cast<size_t>(i) * plane.row_length, plane.row_length);
+  }
 }
 
 // Sample n is 0.25 sin(2 pi f n / rate). The phase f n is kept modulo the rate in integers, so it
@@ -71,15 +115,32 @@ int32_t StandinSource::WriteVideo(int64_t frame_index, int32_t width, int32_t he
   if (faults.video_fail_once.count(frame_index) != 0 && path_state_->FirstRequest(frame_index)) {
     return kFailed;
   }
+  const PictureRows first = FirstPlaneRows(width, height, planes, strides);
+  const std::vector<uint8_t> kept = CopyLastRows(first, faults.rows_unwritten);
+  DrawPicture(frame_index, width, height, planes, strides);
+  RestoreLastRows(first, kept);
+  if (faults.write_past_end) {
+    const PictureRows last = LastPlaneRows(width, height, planes, strides);
+    std::memset(last.first_row + static_cast<ptrdiff_t>(last.rows) * last.stride, 0x5A,
+                kBytesPastEnd);
+  }
+  // Every other picture of a frame differs, so that any two fetches in a row do.
+  if (faults.unstable_picture && path_state_->PicturesBefore(frame_index) % 2 == 1) {
+    planes[0][0] ^= 0xFF;
+  }
+  return 0;
+}
 
-  bool packed = planes[1] == nullptr;
+void StandinSource::DrawPicture(int64_t frame_index, int32_t width, int32_t height,
+                                uint8_t** planes, const int* strides) const {
+  const bool packed = planes[1] == nullptr;
   if (project_.flat_render) {
     if (packed) {
       FillFlatBgra(width, height, planes[0]);
     } else {
       FillFlatYuv(width, height, planes, strides);
     }
-    return 0;
+    return;
   }
   SceneFrame frame;
   frame.index = frame_index;
@@ -91,7 +152,6 @@ int32_t StandinSource::WriteVideo(int64_t frame_index, int32_t width, int32_t he
   } else {
     DrawSceneYuv(frame, width, height, planes, strides);
   }
-  return 0;
 }
 
 int32_t StandinSource::WriteAudio(int64_t start, int64_t count, float** buffers) {
@@ -100,8 +160,10 @@ int32_t StandinSource::WriteAudio(int64_t start, int64_t count, float** buffers)
   for (int32_t c = 0; c < project_.audio_channels; ++c) {
     if (buffers == nullptr || buffers[c] == nullptr) return kFailed;
   }
+  const int64_t written =
+      count - (project_.faults.sound_short ? 1 : 0) + (project_.faults.sound_long ? 1 : 0);
   for (int32_t c = 0; c < project_.audio_channels; ++c) {
-    WriteTone(int64_t{220} * (c + 1), project_.audio_rate, start, count, buffers[c]);
+    WriteTone(int64_t{220} * (c + 1), project_.audio_rate, start, written, buffers[c]);
   }
   return 0;
 }

@@ -22,13 +22,15 @@ class StandinSource final : public PRSource {
   StandinSource& operator=(const StandinSource&) = delete;
 
   // Returns 1 for an index outside the clip, an injected fault, or a size, plane or stride the
-  // picture cannot be written to.
+  // picture cannot be written to. The faults of what is written (rows left unwritten, bytes past
+  // the end, a picture that changes) still return 0, as a library that gets it wrong would.
   int32_t WriteVideo(int64_t frame_index, int32_t width, int32_t height, uint8_t** planes,
                      const int* strides);
 
   // Channel c is a sine of 220 * (c + 1) Hz at amplitude 0.25, a pure function of the absolute
   // sample number, so it is phase-continuous across calls and does not stop at the clip's end.
-  // Returns 1, writing nothing, when a channel buffer is missing.
+  // Returns 1, writing nothing, when a channel buffer is missing. The sound faults write one
+  // sample frame fewer or more than `count`.
   int32_t WriteAudio(int64_t start, int64_t count, float** buffers);
 
   // Advances the path's update generation, which changes the scene's palette.
@@ -43,6 +45,10 @@ class StandinSource final : public PRSource {
   static int64_t Live();
 
  private:
+  // The test scene, or the flat picture, of the frame into the caller's planes.
+  void DrawPicture(int64_t frame_index, int32_t width, int32_t height, uint8_t** planes,
+                   const int* strides) const;
+
   const std::string path_;
   const ProjectFile project_;
   PathState* const path_state_;

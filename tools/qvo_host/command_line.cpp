@@ -55,6 +55,10 @@ bool ParseOption(int argc, char** argv, int* i, CommandLine* line) {
     return ParseInteger(argv[++*i], &line->seconds) && line->seconds > 0;
   } else if (argument == "--out" && has_value && exports) {
     line->out = argv[++*i];
+  } else if (argument == "--frames" && has_value && line->command == "check") {
+    return ParseInteger(argv[++*i], &line->random_frames) && line->random_frames >= 0;
+  } else if (argument == "--report" && has_value && line->command == "check") {
+    line->report = argv[++*i];
   } else if (argument == "--png" && has_value && line->command == "log-report") {
     line->out = argv[++*i];
   } else if (line->command != "start-up" && argument.rfind("--", 0) != 0) {
@@ -73,13 +77,13 @@ bool ParseCommandLine(int argc, char** argv, CommandLine* line) {
   line->plugin_path = DefaultPluginPath();
   const std::string& command = line->command;
   if (command != "start-up" && command != "info" && command != "frames" && command != "audio" &&
-      command != "serve" && command != "log-report") {
+      command != "serve" && command != "check" && command != "log-report") {
     return false;
   }
   for (int i = 2; i < argc; ++i) {
     if (!ParseOption(argc, argv, &i, line)) return false;
   }
-  if (command == "info" || command == "serve" || command == "log-report") {
+  if (command == "info" || command == "serve" || command == "check" || command == "log-report") {
     return !line->files.empty();
   }
   if (command == "frames")
@@ -96,6 +100,7 @@ void PrintUsage() {
       "       qvo-host frames FILE --range A:B --out DIR [--format yuv|bgra] [--plugin FILE]\n"
       "       qvo-host audio FILE --out FILE.wav [--plugin FILE]\n"
       "       qvo-host serve FILE... [--seconds N] [--plugin FILE]\n"
+      "       qvo-host check FILE... [--frames N] [--report DIR] [--plugin FILE]\n"
       "       qvo-host log-report Plugin.log [Plugin.YYYY_MM_DD_HH_MM_SS.log...] [--png FILE]\n"
       "  start-up  loads the plug-in, starts it, prints its capabilities and the file\n"
       "            types it registers, and shuts it down\n"
@@ -107,6 +112,13 @@ void PrintUsage() {
       "  serve     keeps the files open for N seconds (default 20), showing frame 0 of each\n"
       "            every 200 ms, and says when one is stitched again after a parameter\n"
       "            update from the command server\n"
+      "  check     checks, file by file, what a host relies on: start-up and shut-down, file\n"
+      "            information, frames (every row written, nothing outside the buffer, the\n"
+      "            same bytes twice, repeats from the cache) at the first, middle, last and N\n"
+      "            random frames (default 4), sound, stitching time, the command link, handles\n"
+      "            and suites given back, Plugin.log; one PASS or FAIL line per check, exit\n"
+      "            code 0 only when all pass; --report DIR writes report.json, report.md, a\n"
+      "            contact sheet, a plot of stitching time and the run's Plugin.log\n"
       "  log-report  tells what a user's Plugin.log and its rotated files say happened:\n"
       "            files, frames, stitching time per frame, retries, sources released and\n"
       "            made again, command-link requests, errors; --png plots the stitching\n"

@@ -11,7 +11,7 @@
 namespace host_sim {
 
 struct CommandLine {
-  std::string command;  // start-up, info, frames, audio, serve or log-report
+  std::string command;  // start-up, info, frames, audio, serve, check or log-report
   std::vector<std::string> files;
   bool json = false;
   std::string plugin_path;
@@ -24,6 +24,9 @@ struct CommandLine {
   std::string out;
   // serve: how long the clips stay open.
   int32_t seconds = 20;
+  // check: frames checked at random beyond the first, middle and last; the report folder, or empty.
+  int32_t random_frames = 4;
+  std::string report;
 };
 
 // False for a command line that names no known command or lacks what its command needs.

@@ -7,6 +7,7 @@
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
 #include "qvo_host/audio_command.h"
+#include "qvo_host/check_command.h"
 #include "qvo_host/command_line.h"
 #include "qvo_host/file_inspection.h"
 #include "qvo_host/frames_command.h"
@@ -162,5 +163,11 @@ int main(int argc, char** argv) {
     return 2;
   }
   if (line.command == "log-report") return host_sim::ReportLogs(line.files, line.out) ? 0 : 1;
+  if (line.command == "check") {
+    return host_sim::RunCheck({line.plugin_path, line.files, line.random_frames, line.report})
+                   .AllPassed()
+               ? 0
+               : 1;
+  }
   return Run(line);
 }

@@ -1,0 +1,73 @@
+#include "qvo_host/balance_checks.h"
+
+#include <string>
+
+namespace host_sim {
+namespace {
+
+constexpr char kAudioSuite[] = "Premiere Audio Suite";
+// A frame written outside its buffer is the frame checks' to report.
+constexpr char kWriteOutside[] = "write outside";
+
+std::string Describe(const SuiteBalance& suite) {
+  return suite.name + " " + std::to_string(suite.version) + " acquired " +
+         std::to_string(suite.acquired) + ", released " + std::to_string(suite.released);
+}
+
+// Closing a file releases the audio suite twice, once for the file and once for its context.
+bool KeptByDesign(const SuiteBalance& suite) {
+  return suite.name == kAudioSuite && suite.released == 2 * suite.acquired;
+}
+
+void CheckSuites(const HostReport& host_report, CheckReport* report) {
+  std::string unbalanced;
+  for (const SuiteBalance& suite : host_report.suites_unbalanced) {
+    if (KeptByDesign(suite)) {
+      report->Add("balance: kept by design",
+                  Describe(suite) + " (closing a file releases it twice)", true);
+    } else {
+      unbalanced += (unbalanced.empty() ? "" : "; ") + Describe(suite);
+    }
+  }
+  report->Add("balance: suites released", unbalanced.empty() ? "all" : unbalanced,
+              unbalanced.empty());
+}
+
+void CheckMemory(const HostReport& host_report, CheckReport* report) {
+  report->Add("balance: handles unlocked",
+              std::to_string(host_report.handles_still_locked.size()) + " still locked",
+              host_report.handles_still_locked.empty());
+  const size_t left =
+      host_report.handles_never_disposed.size() + host_report.pointers_never_disposed.size();
+  report->Add("balance: memory given back", std::to_string(left) + " blocks never disposed",
+              left == 0);
+}
+
+void CheckMisuse(const HostReport& host_report, CheckReport* report) {
+  std::string misuse;
+  const auto add = [&misuse](const std::string& text) {
+    misuse += (misuse.empty() ? "" : "; ") + text;
+  };
+  for (const std::string& fault : host_report.memory_faults) add(fault);
+  for (const std::string& fault : host_report.frame_faults) {
+    if (fault.find(kWriteOutside) == std::string::npos) add(fault);
+  }
+  for (const RefusedSuite& suite : host_report.suites_refused) {
+    add("refused suite " + suite.name + " " + std::to_string(suite.version));
+  }
+  for (const FailedSuiteCall& call : host_report.failed_suite_calls) {
+    add("unserved call " + call.suite + "." + call.function);
+  }
+  report->Add("balance: host functions used rightly", misuse.empty() ? "no misuse" : misuse,
+              misuse.empty());
+}
+
+}  // namespace
+
+void CheckBalance(const HostReport& host_report, CheckReport* report) {
+  CheckMemory(host_report, report);
+  CheckSuites(host_report, report);
+  CheckMisuse(host_report, report);
+}
+
+}  // namespace host_sim

@@ -1,0 +1,18 @@
+// The report folder of a check, what an engineer attaches to a release or sends to support:
+// report.json (every check and figure), report.md (the same for a person), contact_sheet.png (the
+// checked frames), stitching_time.png (the stitching time of every frame) and Plugin.log.
+#pragma once
+
+#include <string>
+
+#include "qvo_host/check_profile.h"
+#include "qvo_host/check_report.h"
+
+namespace host_sim {
+
+// Makes `folder` as needed and writes the files; false, saying why on standard error, when one
+// cannot be written.
+bool WriteCheckReport(const CheckReport& report, const CheckProfile& profile,
+                      const std::string& folder);
+
+}  // namespace host_sim
