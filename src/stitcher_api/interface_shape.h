@@ -12,9 +12,9 @@
 static_assert(std::is_same_v<decltype(&PrSourceFactory::Create),
                              std::shared_ptr<PRSource> (*)(const std::string&, MediaInfo*)>,
               "PrSourceFactory::Create");
-static_assert(std::is_same_v<decltype(&PrSourceFactory::Destroy),
-                             void (*)(std::shared_ptr<PRSource>&)>,
-              "PrSourceFactory::Destroy");
+static_assert(
+    std::is_same_v<decltype(&PrSourceFactory::Destroy), void (*)(std::shared_ptr<PRSource>&)>,
+    "PrSourceFactory::Destroy");
 static_assert(std::is_same_v<decltype(&PRSource::GetVideoFrame),
                              int32_t (PRSource::*)(int64_t, int32_t, int32_t, uint8_t**, int*)>,
               "PRSource::GetVideoFrame");
