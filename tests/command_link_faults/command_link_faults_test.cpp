@@ -80,10 +80,7 @@ TEST_F(LinkFaultTest, ServerRestartedOnItsPortIsReconnectedWithoutReadingThePort
 
 TEST_F(LinkFaultTest, SilentServerKeepsAnIdleLinkAndShutDownStaysBoundedWithReadsQueued) {
   RawPeer peer;
-  ASSERT_TRUE(peer.WritePortFile(home()));
-  StartPlugin();
-  StartHostTraffic();
-  ASSERT_TRUE(peer.WaitForConnection(kLinkWait));
+  ASSERT_NO_FATAL_FAILURE(StartLinkedTo(peer));
   peer.StartReading();
 
   // One more read is queued on every pass while the server says nothing.
@@ -135,10 +132,7 @@ TEST_F(LinkFaultTest, ServerThatNeverReadsBacksUpResponsesButNeitherRequestsNorS
 // shuts down while the rest is still coming in.
 TEST_F(LinkFaultTest, TwentyMebibytesWithoutADelimiterAreLoggedReceiveByReceiveAndNotAnswered) {
   RawPeer peer;
-  ASSERT_TRUE(peer.WritePortFile(home()));
-  StartPlugin();
-  StartHostTraffic();
-  ASSERT_TRUE(peer.WaitForConnection(kLinkWait));
+  ASSERT_NO_FATAL_FAILURE(StartLinkedTo(peer));
   peer.StartReading();
 
   // A whole request, had the plug-in gathered the receives it comes in.

@@ -77,13 +77,6 @@ void LinkFaultTest::StartPlugin() {
   session_->FileTypes(&last_result);
 }
 
-void LinkFaultTest::StartLinkedTo(command_server::CommandServer& server) {
-  ASSERT_TRUE(server.WritePortFile(home()));
-  ASSERT_NO_FATAL_FAILURE(StartPlugin());
-  StartHostTraffic();
-  ASSERT_TRUE(server.WaitForConnection(kLinkWait));
-}
-
 host_sim::HostFile* LinkFaultTest::OpenClip(const std::string& project) {
   const std::string path =
       clip_folder_.WriteFile("clip" + std::to_string(clips_.size() + 1) + ".qvo", project);

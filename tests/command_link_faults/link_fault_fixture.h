@@ -50,8 +50,14 @@ class LinkFaultTest : public ::testing::Test {
   const host_sim::HostFile& StartHostTraffic();
 
   // The usual start: `server`'s port in the port file, the plug-in started, the host thread
-  // running and the plug-in connected to `server`.
-  void StartLinkedTo(command_server::CommandServer& server);
+  // running and the plug-in connected to `server` (the tool's command server or a raw peer).
+  template <typename Server>
+  void StartLinkedTo(Server& server) {
+    ASSERT_TRUE(server.WritePortFile(home()));
+    ASSERT_NO_FATAL_FAILURE(StartPlugin());
+    StartHostTraffic();
+    ASSERT_TRUE(server.WaitForConnection(kLinkWait));
+  }
 
   // Checks that the host thread is served while the fault lasts.
   void ExpectHostServedMeanwhile();
