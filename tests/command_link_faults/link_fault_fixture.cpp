@@ -1,10 +1,10 @@
 #include "command_link_faults/link_fault_fixture.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <thread>
 
 #include "platform/environment.h"
+#include "qvo_host/log_parsing.h"
 #include "support/plugin_log_file.h"
 
 namespace {
@@ -19,41 +19,6 @@ constexpr auto kShutDownBound = 6s;
 
 constexpr char kTrafficClip[] =
     R"({"width": 64, "height": 32, "frames": 30, "fps": 30, "audio": {"rate": 3000, "channels": 2}})";
-
-// "2026-11-16 04:33:19 ERROR " and "... INFO  ": the message starts after the date, the time and
-// the level word with its blank.
-constexpr size_t kMessageColumn = 26;
-constexpr char kLineTail[] = " SDK_File_Import:";
-
-// Plugin.log and the files rotation moved aside, oldest first: their time-stamped names sort in
-// time, and before "Plugin.log".
-std::vector<std::filesystem::path> LogFiles(const std::filesystem::path& folder) {
-  std::vector<std::filesystem::path> files;
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-    const std::string name = entry.path().filename().string();
-    if (name.rfind("Plugin.", 0) == 0 && name.size() > 4 && name.substr(name.size() - 4) == ".log")
-      files.push_back(entry.path());
-  }
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
-void AddMessages(const std::string& text, const std::string& start,
-                 std::vector<std::string>* messages) {
-  size_t line_start = 0;
-  while (line_start < text.size()) {
-    size_t line_end = text.find('\n', line_start);
-    if (line_end == std::string::npos) line_end = text.size();
-    const size_t tail = text.rfind(kLineTail, line_end);
-    const size_t message = line_start + kMessageColumn;
-    if (tail != std::string::npos && tail >= message &&
-        text.compare(message, start.size(), start) == 0) {
-      messages->push_back(text.substr(message + start.size(), tail - message - start.size()));
-    }
-    line_start = line_end + 1;
-  }
-}
 
 }  // namespace
 
@@ -127,9 +92,16 @@ void LinkFaultTest::CloseClips() {
 }
 
 std::vector<std::string> LinkFaultTest::Logged(const std::string& start) const {
+  host_sim::ParsedLog log;
+  for (const auto& file : PluginLogFiles(profile_.path())) {
+    host_sim::ParsePluginLog(ReadWholeFile(file), &log);
+  }
   std::vector<std::string> messages;
-  for (const auto& file : LogFiles(PluginLogFolder(profile_.path())))
-    AddMessages(ReadWholeFile(file), start, &messages);
+  for (const host_sim::LogEntry& entry : log.entries) {
+    if (entry.message.compare(0, start.size(), start) == 0) {
+      messages.push_back(entry.message.substr(start.size()));
+    }
+  }
   return messages;
 }
 

@@ -323,11 +323,8 @@ class StressTest : public ::testing::Test {
   void CheckLog(const LinkFlood& flood) {
     host_sim::ParsedLog log;
     int64_t files = 0;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(PluginLogFolder(CurrentProfile()))) {
-      // The command server's port file lies beside the logs.
-      if (entry.path().filename().string().rfind("Plugin", 0) != 0) continue;
-      host_sim::ParsePluginLog(ReadWholeFile(entry.path()), &log);
+    for (const auto& file : PluginLogFiles(CurrentProfile())) {
+      host_sim::ParsePluginLog(ReadWholeFile(file), &log);
       ++files;
     }
     int64_t fetches = 0, received = 0, retries = 0, released = 0;

@@ -3,9 +3,14 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 // <profile>/AppData/Local/quorvel/Adobe.
 std::filesystem::path PluginLogFolder(const std::filesystem::path& profile);
+
+// Plugin.log under `profile` and the files rotation moved aside, oldest first: their time-stamped
+// names sort in time, and before "Plugin.log". The port file beside them is not among them.
+std::vector<std::filesystem::path> PluginLogFiles(const std::filesystem::path& profile);
 
 // Everything in Plugin.log under `profile`; empty when there is none.
 std::string PluginLogText(const std::filesystem::path& profile);
