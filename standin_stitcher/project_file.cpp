@@ -81,9 +81,14 @@ bool ReadFaults(const Value& object, InjectedFaults* faults) {
          ReadInteger(f, "video_delay_ms", 0, &faults->video_delay_ms) &&
          ReadInteger(f, "rows_unwritten", 0, &faults->rows_unwritten) &&
          ReadBool(f, "write_past_end", &faults->write_past_end) &&
+         ReadBool(f, "write_before_start", &faults->write_before_start) &&
          ReadBool(f, "unstable_picture", &faults->unstable_picture) &&
          ReadBool(f, "sound_short", &faults->sound_short) &&
-         ReadBool(f, "sound_long", &faults->sound_long);
+         ReadBool(f, "sound_long", &faults->sound_long) &&
+         ReadBool(f, "write_far_past_end", &faults->write_far_past_end) &&
+         ReadIndexSet(f, "crash_frames", &faults->crash_frames) &&
+         ReadIndexSet(f, "hang_frames", &faults->hang_frames) &&
+         ReadIndexSet(f, "throw_frames", &faults->throw_frames);
 }
 
 // Reads "audio" and settles the sample count, which by default follows from the clip length:

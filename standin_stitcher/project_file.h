@@ -16,11 +16,17 @@ struct InjectedFaults {
   std::set<int64_t> video_fail_always;  // every request of these frames fails
   int64_t video_delay_ms = 0;           // each frame request sleeps this long first
   // Faults of what is written rather than of the answer, for a host's conformance check:
-  int64_t rows_unwritten = 0;     // the last n rows of the first plane keep what they held
-  bool write_past_end = false;    // 16 bytes written just past the last row of the last plane
-  bool unstable_picture = false;  // any two fetches of a frame in a row differ in one byte
-  bool sound_short = false;       // one sample frame fewer than asked, in every channel
-  bool sound_long = false;        // one sample frame more than asked, in every channel
+  int64_t rows_unwritten = 0;       // the last n rows of the first plane keep what they held
+  bool write_past_end = false;      // 16 bytes written just past the last row of the last plane
+  bool write_before_start = false;  // 16 bytes written just before the first row of the first plane
+  bool unstable_picture = false;    // any two fetches of a frame in a row differ in one byte
+  bool sound_short = false;         // one sample frame fewer than asked, in every channel
+  bool sound_long = false;          // one sample frame more than asked, in every channel
+  // Faults a closed, GPU-driven library has, which end or stall the process that calls it:
+  bool write_far_past_end = false;  // three pages written on from the end of the last plane
+  std::set<int64_t> crash_frames;   // a write through a null pointer
+  std::set<int64_t> hang_frames;    // never returns
+  std::set<int64_t> throw_frames;   // throws std::runtime_error
 };
 
 struct ProjectFile {

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <stdexcept>
+#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -39,6 +41,8 @@ bool CanHold(int32_t width, int32_t height, uint8_t** planes, const int* strides
 
 // 16 bytes: within the guard bytes a careful host keeps around its buffers.
 constexpr size_t kBytesPastEnd = 16;
+// More than a page: what a wrong stride or a row too many writes.
+constexpr size_t kBytesFarPastEnd = 3 * 4096;
 
 // The rows of one plane as the picture is written to it.
 struct PictureRows {
@@ -112,6 +116,7 @@ int32_t StandinSource::WriteVideo(int64_t frame_index, int32_t width, int32_t he
   if (!CanHold(width, height, planes, strides)) return kFailed;
   if (frame_index < 0 || frame_index >= project_.frames) return kFailed;
   if (faults.video_fail_always.count(frame_index) != 0) return kFailed;
+  FailHard(frame_index);
   if (faults.video_fail_once.count(frame_index) != 0 && path_state_->FirstRequest(frame_index)) {
     return kFailed;
   }
@@ -119,16 +124,32 @@ int32_t StandinSource::WriteVideo(int64_t frame_index, int32_t width, int32_t he
   const std::vector<uint8_t> kept = CopyLastRows(first, faults.rows_unwritten);
   DrawPicture(frame_index, width, height, planes, strides);
   RestoreLastRows(first, kept);
-  if (faults.write_past_end) {
+  if (faults.write_before_start) std::memset(first.first_row - kBytesPastEnd, 0x5A, kBytesPastEnd);
+  if (faults.write_past_end || faults.write_far_past_end) {
     const PictureRows last = LastPlaneRows(width, height, planes, strides);
     std::memset(last.first_row + static_cast<ptrdiff_t>(last.rows) * last.stride, 0x5A,
-                kBytesPastEnd);
+                faults.write_far_past_end ? kBytesFarPastEnd : kBytesPastEnd);
   }
   // Every other picture of a frame differs, so that any two fetches in a row do.
   if (faults.unstable_picture && path_state_->PicturesBefore(frame_index) % 2 == 1) {
     planes[0][0] ^= 0xFF;
   }
   return 0;
+}
+
+void StandinSource::FailHard(int64_t frame_index) const {
+  const InjectedFaults& faults = project_.faults;
+  if (faults.crash_frames.count(frame_index) != 0) {
+    // Read through a volatile pointer, so that the compiler cannot see the null and trap instead.
+    int* volatile target = nullptr;
+    *target = 1;
+  }
+  while (faults.hang_frames.count(frame_index) != 0) {
+    std::this_thread::sleep_for(std::chrono::hours(1));
+  }
+  if (faults.throw_frames.count(frame_index) != 0) {
+    throw std::runtime_error("stand-in fault in frame " + std::to_string(frame_index));
+  }
 }
 
 void StandinSource::DrawPicture(int64_t frame_index, int32_t width, int32_t height,

@@ -45,6 +45,9 @@ class StandinSource final : public PRSource {
   static int64_t Live();
 
  private:
+  // The faults that crash, hang or throw, when `frame_index` has one.
+  void FailHard(int64_t frame_index) const;
+
   // The test scene, or the flat picture, of the frame into the caller's planes.
   void DrawPicture(int64_t frame_index, int32_t width, int32_t height, uint8_t** planes,
                    const int* strides) const;

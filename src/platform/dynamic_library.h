@@ -34,4 +34,7 @@ std::string ExecutableFolder();
 // The file name of a plug-in or library built as `stem` on this system (e.g. ".prm" on Windows).
 std::string PluginFileName(const std::string& stem);
 
+// The file name of a program built as `stem` on this system (".exe" on Windows).
+std::string ProgramFileName(const std::string& stem);
+
 }  // namespace platform

@@ -19,4 +19,7 @@ struct StitchingLibraryLoad {
 // if the plug-in is loaded again. A failed load is tried again on the next call. Any thread.
 StitchingLibraryLoad LoadStitchingLibrary();
 
+// The library's file name on this system, without its folder.
+std::string StitchingLibraryFileName();
+
 }  // namespace platform

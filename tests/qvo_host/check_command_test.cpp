@@ -1,17 +1,22 @@
-// qvo-host check against the stand-in: clean clips pass every check, and each of the stand-in's
-// faults of what it writes fails exactly the checks it breaks. Each run ends with a shut-down of
-// the plug-in, so the faulty clips share one run.
-#include "qvo_host/check_command.h"
-
+// qvo-host check, run as the command it is, against the stand-in: clean clips pass every check and
+// leave a report; each of the stand-in's faults, from a picture written wrong to a crash or a hang
+// inside the library, fails exactly the checks it breaks with a line that names the call, while
+// every other check of the run is still reported.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
+
+#include <rapidjson/document.h>
 
 #include "host_sim/plugin_module.h"
+#include "platform/child_process.h"
+#include "platform/dynamic_library.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -20,93 +25,146 @@ using ::testing::HasSubstr;
 using ::testing::UnorderedElementsAreArray;
 
 constexpr char kClipStart[] = R"({"width": 96, "height": 48, "frames": 40, "fps": 29.97)";
+// Far beyond a run's few seconds; only a check that itself hangs comes near it.
+constexpr std::chrono::minutes kRunBound{5};
 
-std::string Clip(const std::string& rest) { return std::string(kClipStart) + rest + "}"; }
-
-// The checks of `file` that failed, without the file's name.
-std::set<std::string> FailedChecksOf(const host_sim::CheckReport& report, const std::string& file) {
-  std::set<std::string> failed;
-  for (const host_sim::CheckLine& line : report.lines()) {
-    if (!line.passed && line.what.rfind(file, 0) == 0) failed.insert(line.what.substr(file.size()));
-  }
-  return failed;
+std::string Clip(const std::string& faults) {
+  return std::string(kClipStart) + (faults.empty() ? "" : R"(, "faults": {)" + faults + "}") + "}";
 }
 
-std::set<std::string> FailedChecksOfNoFile(const host_sim::CheckReport& report,
-                                           const std::vector<std::string>& files) {
-  std::set<std::string> failed;
-  for (const host_sim::CheckLine& line : report.lines()) {
-    bool of_a_file = false;
-    for (const std::string& file : files) of_a_file = of_a_file || line.what.rfind(file, 0) == 0;
-    if (!line.passed && !of_a_file) failed.insert(line.what);
+struct ReportedCheck {
+  std::string result;  // pass, fail or not run
+  std::string figure;
+};
+
+struct CommandRun {
+  uint32_t exit_code = 0;
+  std::map<std::string, ReportedCheck> checks;  // by what they check
+};
+
+// Runs `qvo-host check FILES ARGUMENTS --report FOLDER` and reads its report.json.
+CommandRun RunCheckCommand(const std::vector<std::string>& files,
+                           std::vector<std::string> arguments, const TempFolder& folder) {
+  arguments.insert(arguments.begin(), files.begin(), files.end());
+  arguments.insert(arguments.begin(), "check");
+  arguments.insert(arguments.end(), {"--report", folder.Join("report")});
+  platform::ChildProcess command(
+      platform::ExecutableFolder() + "/" + platform::ProgramFileName("qvo-host"), arguments,
+      folder.Join("output.txt"));
+  CommandRun run;
+  platform::ChildEnd end;
+  EXPECT_TRUE(command.WaitForEnd(kRunBound, &end)) << "the check did not end";
+  run.exit_code = end.code;
+  rapidjson::Document report;
+  report.Parse(ReadWholeFile(folder.path() / "report" / "report.json").c_str());
+  EXPECT_TRUE(report.IsObject()) << ReadWholeFile(folder.path() / "output.txt");
+  if (!report.IsObject()) return run;
+  for (const auto& check : report["checks"].GetArray()) {
+    run.checks[check["what"].GetString()] = {check["result"].GetString(),
+                                             check["figure"].GetString()};
   }
-  return failed;
+  return run;
 }
 
 TEST(CheckCommandTest, CleanClipsPassEveryCheckAndLeaveAReport) {
   TempFolder folder;
   const std::vector<std::string> files = {
       folder.WriteFile("mono.qvo", Clip("")),
-      folder.WriteFile("stereo_silent.qvo", Clip(R"(, "stereo": true, "audio": null)")),
+      folder.WriteFile("stereo_silent.qvo",
+                       std::string(kClipStart) + R"(, "stereo": true, "audio": null})"),
   };
-  const std::string report_folder = folder.Join("report");
 
-  const host_sim::CheckReport report =
-      host_sim::RunCheck({host_sim::DefaultPluginPath(), files, 2, report_folder});
+  const CommandRun run = RunCheckCommand(files, {"--frames", "2"}, folder);
 
-  for (const host_sim::CheckLine& line : report.lines())
-    EXPECT_TRUE(line.passed) << host_sim::FormatCheckLine(line);
-  EXPECT_TRUE(report.AllPassed());
-  EXPECT_GT(report.lines().size(), 40u);
-  for (const char* name :
-       {"report.json", "report.md", "contact_sheet.png", "stitching_time.png", "Plugin.log"}) {
-    EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(report_folder) / name)) << name;
+  EXPECT_EQ(run.exit_code, 0u);
+  EXPECT_GT(run.checks.size(), 40u);
+  for (const auto& [what, check] : run.checks) EXPECT_EQ(check.result, "pass") << what;
+  for (const char* name : {"report.json", "report.md", "contact_sheet.png", "stitching_time.png",
+                           "Plugin.log", "worker_output.txt"}) {
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "report" / name)) << name;
   }
-  EXPECT_THAT(ReadWholeFile(std::filesystem::path(report_folder) / "report.json"),
-              HasSubstr("\"passed\": true"));
-  EXPECT_THAT(ReadWholeFile(std::filesystem::path(report_folder) / "report.md"),
-              HasSubstr("**Passed**"));
+  EXPECT_THAT(ReadWholeFile(folder.path() / "report" / "report.md"), HasSubstr("**Passed**"));
 }
 
-TEST(CheckCommandTest, EachFaultFailsExactlyTheChecksItBreaks) {
-  TempFolder folder;
-  const std::map<std::string, std::set<std::string>> expected = {
-      {"clean", {}},
+struct FaultCase {
+  const char* name;
+  const char* faults;
+  std::set<std::string> failed;  // the checks of the clip that fail or do not run, without its path
+  const char* first_figure;      // found in the figure of the clip's first failed check
+};
+
+TEST(CheckCommandTest, EachFaultFailsExactlyTheChecksItBreaksAndTheRunGoesOn) {
+  const std::string crashed_in_frame_20 = " GetVideoFrame frame 20, YUV 4:2:0 96x48";
+  const std::string not_run = ": the checks after that call";
+  const std::vector<FaultCase> cases = {
+      {"clean", "", {}, ""},
       {"rows_unwritten",
-       {" YUV 4:2:0 frames: every row written", " BGRA frames: every row written"}},
-      {"write_past_end",
+       R"("rows_unwritten": 2)",
+       {" YUV 4:2:0 frames: every row written", " BGRA frames: every row written"},
+       "rows unwritten"},
+      {"write_before_start",
+       R"("write_before_start": true)",
        {" YUV 4:2:0 frames: nothing written outside the buffer",
-        " BGRA frames: nothing written outside the buffer"}},
+        " BGRA frames: nothing written outside the buffer"},
+       "frames written outside"},
+      {"write_past_end",
+       R"("write_past_end": true)",
+       {" GetVideoFrame frame 0, YUV 4:2:0 96x48", not_run},
+       "wrote past the end of the host's frame: the write landed 1 byte past its end"},
+      {"write_far_past_end",
+       R"("write_far_past_end": true)",
+       {" GetVideoFrame frame 0, YUV 4:2:0 96x48", not_run},
+       "wrote past the end of the host's frame: the write landed 1 byte past its end"},
       {"unstable_picture",
+       R"("unstable_picture": true)",
        {" YUV 4:2:0 frames: same bytes on a second fetch",
-        " BGRA frames: same bytes on a second fetch"}},
-      {"sound_short", {" sound: the asked count written"}},
-      {"sound_long", {" sound: nothing written past the count"}},
+        " BGRA frames: same bytes on a second fetch"},
+       ""},
+      {"sound_short", R"("sound_short": true)", {" sound: the asked count written"}, "reads short"},
+      {"sound_long",
+       R"("sound_long": true)",
+       {" sound: nothing written past the count"},
+       "reads too long"},
+      {"crash", R"("crash_frames": [20])", {crashed_in_frame_20, not_run}, "OmniStitcher"},
+      {"hang",
+       R"("hang_frames": [20])",
+       {crashed_in_frame_20, not_run},
+       "did not return within 2 s (--call-timeout); the worker was ended"},
+      {"throw",
+       R"("throw_frames": [20])",
+       {" YUV 4:2:0 frames: delivered", " BGRA frames: delivered"},
+       "frame 20: the plug-in answered 99"},
   };
-  const std::map<std::string, std::string> faults = {
-      {"clean", ""},
-      {"rows_unwritten", R"("rows_unwritten": 2)"},
-      {"write_past_end", R"("write_past_end": true)"},
-      {"unstable_picture", R"("unstable_picture": true)"},
-      {"sound_short", R"("sound_short": true)"},
-      {"sound_long", R"("sound_long": true)"},
-  };
-  std::map<std::string, std::string> paths;
+  TempFolder folder;
   std::vector<std::string> files;
-  for (const auto& [name, fault] : faults) {
-    paths[name] = folder.WriteFile(
-        name + ".qvo", fault.empty() ? Clip("") : Clip(R"(, "faults": {)" + fault + "}"));
-    files.push_back(paths[name]);
+  for (const FaultCase& fault : cases) {
+    files.push_back(folder.WriteFile(std::string(fault.name) + ".qvo", Clip(fault.faults)));
   }
 
-  const host_sim::CheckReport report =
-      host_sim::RunCheck({host_sim::DefaultPluginPath(), files, 1, ""});
+  const CommandRun run = RunCheckCommand(files, {"--frames", "1", "--call-timeout", "2"}, folder);
 
-  EXPECT_FALSE(report.AllPassed());
-  for (const auto& [name, checks] : expected) {
-    EXPECT_THAT(FailedChecksOf(report, paths[name]), UnorderedElementsAreArray(checks)) << name;
+  EXPECT_EQ(run.exit_code, 1u);
+  for (size_t i = 0; i < cases.size(); ++i) {
+    SCOPED_TRACE(cases[i].name);
+    std::set<std::string> failed;
+    std::string first_figure;
+    for (const auto& [what, check] : run.checks) {
+      if (check.result == "pass" || what.rfind(files[i], 0) != 0) continue;
+      failed.insert(what.substr(files[i].size()));
+      if (first_figure.empty()) first_figure = check.figure;
+    }
+    EXPECT_THAT(failed, UnorderedElementsAreArray(cases[i].failed));
+    EXPECT_THAT(first_figure, HasSubstr(cases[i].first_figure));
   }
-  EXPECT_THAT(FailedChecksOfNoFile(report, files), ::testing::IsEmpty());
+  for (const auto& [what, check] : run.checks) {
+    const bool of_a_clip = what.find(folder.path().filename().string()) != std::string::npos;
+    if (!of_a_clip) {
+      EXPECT_EQ(check.result, "pass") << what << ": " << check.figure;
+    }
+  }
+  for (const char* what : {"command link: request_update_param", "shut-down", "plug-in unloaded"}) {
+    EXPECT_EQ(run.checks.count(what), 1u) << what << " was not reported";
+  }
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <limits>
-#include <new>
 
 #include "host_sdk/premiere_constants.h"
 
@@ -83,6 +82,12 @@ void HostFrames::set_recycling(bool recycle) {
   if (!recycle) recycled_.clear();
 }
 
+void HostFrames::set_guard_pages(bool guard_pages) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  guard_pages_ = guard_pages;
+  recycled_.clear();
+}
+
 PPixHand HostFrames::Create(PrPixelFormat format, int32_t width, int32_t height) {
   if (format == PrPixelFormat_Any || width <= 0 || height <= 0 || width > kLargestSide ||
       height > kLargestSide) {
@@ -94,24 +99,18 @@ PPixHand HostFrames::Create(PrPixelFormat format, int32_t width, int32_t height)
   const Layout layout = planar ? PlanarLayout(width, height, plane_padding_)
                                : PackedLayout(format, width, height, row_padding_);
   Entry entry;
-  const size_t guarded_size = kGuardBytes + layout.size + kGuardBytes;
-  const size_t storage_size = guarded_size + kAlignment - 1;
-  auto kept = recycled_.find(storage_size);
+  auto kept = recycled_.find(layout.size);
   const bool recycled = kept != recycled_.end();
   if (recycled) {
     entry.storage = std::move(kept->second);
     recycled_.erase(kept);
   } else {
-    entry.storage.reset(new (std::nothrow) unsigned char[storage_size]);
-    if (entry.storage == nullptr) return nullptr;
+    entry.storage = FrameStorage(layout.size, kAlignment, kGuardBytes, guard_pages_);
+    if (entry.storage.picture() == nullptr) return nullptr;
   }
-  void* aligned = entry.storage.get();
-  size_t room = storage_size;
-  std::align(kAlignment, guarded_size, aligned, room);
-  auto* guarded = static_cast<unsigned char*>(aligned);
-  unsigned char* base = guarded + kGuardBytes;
-  std::memset(guarded, kGuardByte, kGuardBytes);
-  std::memset(base + layout.size, kGuardByte, kGuardBytes);
+  unsigned char* base = entry.storage.picture();
+  std::memset(base - kGuardBytes, kGuardByte, kGuardBytes);
+  std::memset(base + layout.size, kGuardByte, entry.storage.guard_after());
   if (!recycled) std::memset(base, kFreshByte, layout.size);
 
   entry.frame = {format, width, height, planar, layout.plane_count, {}, layout.size};
@@ -151,9 +150,7 @@ bool HostFrames::Dispose(PPixHand handle) {
     std::string fault = GuardFault(found->second);
     if (!fault.empty()) faults_.push_back(fault);
     if (recycling_) {
-      const size_t storage_size =
-          kGuardBytes + found->second.frame.size + kGuardBytes + kAlignment - 1;
-      recycled_.emplace(storage_size, std::move(found->second.storage));
+      recycled_.emplace(found->second.frame.size, std::move(found->second.storage));
     }
     frames_.erase(found);
   }
@@ -186,15 +183,16 @@ void HostFrames::AddToReport(HostReport* report) const {
 }
 
 std::string HostFrames::GuardFault(const Entry& entry) {
-  const unsigned char* base = reinterpret_cast<const unsigned char*>(*entry.master);
+  const unsigned char* base = entry.storage.picture();
   const unsigned char* guards[2] = {base - kGuardBytes, base + entry.frame.size};
-  for (const unsigned char* guard : guards) {
-    for (size_t i = 0; i < kGuardBytes; ++i) {
+  const size_t lengths[2] = {kGuardBytes, entry.storage.guard_after()};
+  for (int side = 0; side < 2; ++side) {
+    const unsigned char* guard = guards[side];
+    for (size_t i = 0; i < lengths[side]; ++i) {
       if (guard[i] != kGuardByte) {
         return "write outside the " + std::to_string(entry.frame.width) + "x" +
                std::to_string(entry.frame.height) + " frame of format " +
-               std::to_string(entry.frame.format) +
-               (guard == guards[0] ? ", before it" : ", after it");
+               std::to_string(entry.frame.format) + (side == 0 ? ", before it" : ", after it");
       }
     }
   }

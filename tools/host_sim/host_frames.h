@@ -3,8 +3,9 @@
 // frames do: creating one gives the creator a reference, the frame cache keeps one of its own and
 // hands a new one out with every hit, and Dispose gives one back; the last one frees the frame.
 // Whatever is left is freed with the HostFrames. Every buffer sits between guard bytes: a write
-// outside it is recorded as a fault when the frame is freed or reported. Thread-safe: host threads,
-// the plug-in's threads and the frame cache call it concurrently.
+// outside it is recorded as a fault when the frame is freed or reported. With guard pages on, an
+// inaccessible page follows each buffer, so that a write past its end faults at once. Thread-safe:
+// host threads, the plug-in's threads and the frame cache call it concurrently.
 #pragma once
 
 #include <cstddef>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "host_sdk/premiere_types.h"
+#include "host_sim/frame_storage.h"
 #include "host_sim/host_report.h"
 
 namespace host_sim {
@@ -65,6 +67,10 @@ class HostFrames {
   // measures the plug-in rather than the host's allocation and filling (default off).
   void set_recycling(bool recycle);
 
+  // With guard pages on, each frame made from now on ends within 16 bytes of an inaccessible page
+  // (default off): for a host that must turn any write past a frame into a fault at its first byte.
+  void set_guard_pages(bool guard_pages);
+
   // A frame of `format` (not PrPixelFormat_Any) and that size, with one reference; null when the
   // format or size is refused or the memory cannot be had.
   PPixHand Create(PrPixelFormat format, int32_t width, int32_t height);
@@ -91,8 +97,8 @@ class HostFrames {
 
  private:
   struct Entry {
-    std::unique_ptr<unsigned char[]> storage;  // the buffer and its guards, with room to align
-    std::unique_ptr<PPix*> master;             // the handle's target; *master is the buffer
+    FrameStorage storage;
+    std::unique_ptr<PPix*> master;  // the handle's target; *master is the buffer
     HostFrame frame;
     int32_t references = 0;
   };
@@ -102,9 +108,10 @@ class HostFrames {
 
   mutable std::mutex mutex_;
   std::unordered_map<PPixHand, Entry> frames_;  // guarded by mutex_
-  // Buffers of freed frames by their whole size, while recycling is on; guarded by mutex_.
-  std::unordered_multimap<size_t, std::unique_ptr<unsigned char[]>> recycled_;
+  // Buffers of freed frames by their picture's size, while recycling is on; guarded by mutex_.
+  std::unordered_multimap<size_t, FrameStorage> recycled_;
   bool recycling_ = false;           // guarded by mutex_
+  bool guard_pages_ = false;         // guarded by mutex_
   std::vector<std::string> faults_;  // guarded by mutex_
   int32_t row_padding_ = 0;          // guarded by mutex_
   int32_t plane_padding_ = 0;        // guarded by mutex_

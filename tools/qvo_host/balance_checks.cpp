@@ -19,31 +19,31 @@ bool KeptByDesign(const SuiteBalance& suite) {
   return suite.name == kAudioSuite && suite.released == 2 * suite.acquired;
 }
 
-void CheckSuites(const HostReport& host_report, CheckReport* report) {
+void CheckSuites(const HostReport& host_report, CheckJournal* journal) {
   std::string unbalanced;
   for (const SuiteBalance& suite : host_report.suites_unbalanced) {
     if (KeptByDesign(suite)) {
-      report->Add("balance: kept by design",
-                  Describe(suite) + " (closing a file releases it twice)", true);
+      journal->Add("balance: kept by design",
+                   Describe(suite) + " (closing a file releases it twice)", true);
     } else {
       unbalanced += (unbalanced.empty() ? "" : "; ") + Describe(suite);
     }
   }
-  report->Add("balance: suites released", unbalanced.empty() ? "all" : unbalanced,
-              unbalanced.empty());
+  journal->Add("balance: suites released", unbalanced.empty() ? "all" : unbalanced,
+               unbalanced.empty());
 }
 
-void CheckMemory(const HostReport& host_report, CheckReport* report) {
-  report->Add("balance: handles unlocked",
-              std::to_string(host_report.handles_still_locked.size()) + " still locked",
-              host_report.handles_still_locked.empty());
+void CheckMemory(const HostReport& host_report, CheckJournal* journal) {
+  journal->Add("balance: handles unlocked",
+               std::to_string(host_report.handles_still_locked.size()) + " still locked",
+               host_report.handles_still_locked.empty());
   const size_t left =
       host_report.handles_never_disposed.size() + host_report.pointers_never_disposed.size();
-  report->Add("balance: memory given back", std::to_string(left) + " blocks never disposed",
-              left == 0);
+  journal->Add("balance: memory given back", std::to_string(left) + " blocks never disposed",
+               left == 0);
 }
 
-void CheckMisuse(const HostReport& host_report, CheckReport* report) {
+void CheckMisuse(const HostReport& host_report, CheckJournal* journal) {
   std::string misuse;
   const auto add = [&misuse](const std::string& text) {
     misuse += (misuse.empty() ? "" : "; ") + text;
@@ -58,16 +58,16 @@ void CheckMisuse(const HostReport& host_report, CheckReport* report) {
   for (const FailedSuiteCall& call : host_report.failed_suite_calls) {
     add("unserved call " + call.suite + "." + call.function);
   }
-  report->Add("balance: host functions used rightly", misuse.empty() ? "no misuse" : misuse,
-              misuse.empty());
+  journal->Add("balance: host functions used rightly", misuse.empty() ? "no misuse" : misuse,
+               misuse.empty());
 }
 
 }  // namespace
 
-void CheckBalance(const HostReport& host_report, CheckReport* report) {
-  CheckMemory(host_report, report);
-  CheckSuites(host_report, report);
-  CheckMisuse(host_report, report);
+void CheckBalance(const HostReport& host_report, CheckJournal* journal) {
+  CheckMemory(host_report, journal);
+  CheckSuites(host_report, journal);
+  CheckMisuse(host_report, journal);
 }
 
 }  // namespace host_sim

@@ -4,11 +4,11 @@
 #pragma once
 
 #include "host_sim/host_report.h"
-#include "qvo_host/check_report.h"
+#include "qvo_host/check_journal.h"
 
 namespace host_sim {
 
 // `host_report` is the host's report after the files were closed and the plug-in shut down.
-void CheckBalance(const HostReport& host_report, CheckReport* report);
+void CheckBalance(const HostReport& host_report, CheckJournal* journal);
 
 }  // namespace host_sim

@@ -2,8 +2,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <system_error>
 
 #include "platform/environment.h"
@@ -50,31 +48,6 @@ CheckProfile::~CheckProfile() {
   }
   std::error_code error;
   std::filesystem::remove_all(folder_, error);
-}
-
-std::filesystem::path CheckProfile::log_path() const {
-  return folder_ / "AppData" / "Local" / "quorvel" / "Adobe" / "Plugin.log";
-}
-
-std::string CheckProfile::LogText() const {
-  std::ifstream file(log_path(), std::ios::binary);
-  std::ostringstream text;
-  if (file) text << file.rdbuf();
-  return text.str();
-}
-
-ParsedLog CheckProfile::ParsedLogSoFar() const {
-  ParsedLog log;
-  ParsePluginLog(LogText(), &log);
-  return log;
-}
-
-int64_t CheckProfile::CountLogged(const std::string& start) const {
-  int64_t count = 0;
-  for (const LogEntry& entry : ParsedLogSoFar().entries) {
-    if (entry.message.compare(0, start.size(), start) == 0) ++count;
-  }
-  return count;
 }
 
 }  // namespace host_sim

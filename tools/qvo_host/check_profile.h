@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "qvo_host/log_parsing.h"
+#include "qvo_host/profile_log.h"
 
 namespace host_sim {
 
@@ -25,13 +25,7 @@ class CheckProfile {
 
   // The profile folder, as HOMEDRIVE followed by HOMEPATH names it.
   std::string home() const { return folder_.u8string(); }
-  std::filesystem::path log_path() const;
-
-  // Everything the plug-in has logged in this profile so far; empty when nothing.
-  std::string LogText() const;
-  ParsedLog ParsedLogSoFar() const;
-  // Entries logged so far whose message begins with `start`.
-  int64_t CountLogged(const std::string& start) const;
+  ProfileLog log() const { return ProfileLog(folder_); }
 
  private:
   std::filesystem::path folder_;

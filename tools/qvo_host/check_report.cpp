@@ -40,7 +40,21 @@ std::string Cell(std::string text) {
 }  // namespace
 
 void CheckReport::Add(const std::string& what, const std::string& figure, bool passed) {
-  lines_.push_back({what, figure, passed});
+  auto earlier = std::find_if(lines_.begin(), lines_.end(),
+                              [&what](const CheckLine& line) { return line.what == what; });
+  if (earlier != lines_.end() && (passed || !earlier->passed)) return;
+  const CheckLine line{what, figure, passed, true};
+  if (earlier != lines_.end()) {
+    *earlier = line;
+  } else {
+    lines_.push_back(line);
+  }
+  std::printf("%s\n", FormatCheckLine(line).c_str());
+  std::fflush(stdout);
+}
+
+void CheckReport::AddNotRun(const std::string& what, const std::string& why) {
+  lines_.push_back({what, why, false, false});
   std::printf("%s\n", FormatCheckLine(lines_.back()).c_str());
   std::fflush(stdout);
 }
@@ -51,7 +65,10 @@ bool CheckReport::AllPassed() const {
 }
 
 std::string FormatCheckLine(const CheckLine& line) {
-  return std::string(line.passed ? "PASS" : "FAIL") + "  " + line.what + "  " + line.figure;
+  return std::string(!line.ran     ? "NOT RUN"
+                     : line.passed ? "PASS"
+                                   : "FAIL") +
+         "  " + line.what + "  " + line.figure;
 }
 
 double Percentile(std::vector<double> values, int p) {
@@ -78,6 +95,8 @@ std::string CheckReportJson(const CheckReport& report) {
     writer.String(line.figure.c_str());
     writer.Key("passed");
     writer.Bool(line.passed);
+    writer.Key("result");
+    writer.String(!line.ran ? "not run" : line.passed ? "pass" : "fail");
     writer.EndObject();
   }
   writer.EndArray();
@@ -98,17 +117,25 @@ std::string CheckReportMarkdown(const CheckReport& report) {
   out << "# qvo-host check\n\n";
   out << (report.AllPassed() ? "**Passed**" : "**Failed**") << ": " << lines.size() - failed
       << " of " << lines.size() << " checks passed.\n\n";
-  if (failed > 0) {
-    out << "## Failed\n\n";
+  const auto first_failure =
+      std::find_if(lines.begin(), lines.end(), [](const CheckLine& line) { return !line.passed; });
+  if (first_failure != lines.end()) {
+    out << "First failure: **" << first_failure->what << "**: " << first_failure->figure
+        << "\n\n## Failed or not run\n\n";
     for (const CheckLine& line : lines) {
-      if (!line.passed) out << "- " << line.what << ": " << line.figure << "\n";
+      if (!line.passed) {
+        out << "- " << (line.ran ? "" : "not run: ") << line.what << ": " << line.figure << "\n";
+      }
     }
     out << "\n";
   }
   out << "## Every check\n\n| result | check | figure |\n|---|---|---|\n";
   for (const CheckLine& line : lines) {
-    out << "| " << (line.passed ? "pass" : "**FAIL**") << " | " << Cell(line.what) << " | "
-        << Cell(line.figure) << " |\n";
+    out << "| "
+        << (!line.ran     ? "not run"
+            : line.passed ? "pass"
+                          : "**FAIL**")
+        << " | " << Cell(line.what) << " | " << Cell(line.figure) << " |\n";
   }
   out << "\n`contact_sheet.png` shows the checked frames, `stitching_time.png` the stitching time "
          "of every frame, `Plugin.log` is the plug-in's log of the run.\n";

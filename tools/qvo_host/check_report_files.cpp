@@ -26,10 +26,16 @@ bool Written(bool written, const std::filesystem::path& path) {
   return written;
 }
 
+std::vector<RgbImage> Images(const std::vector<ClipThumbnail>& thumbnails) {
+  std::vector<RgbImage> images;
+  for (const ClipThumbnail& thumbnail : thumbnails) images.push_back(thumbnail.image);
+  return images;
+}
+
 }  // namespace
 
 bool WriteCheckReport(const CheckReport& report, const CheckProfile& profile,
-                      const std::string& folder) {
+                      const std::string& worker_output, const std::string& folder) {
   const std::filesystem::path base = std::filesystem::u8path(folder);
   std::error_code error;
   std::filesystem::create_directories(base, error);
@@ -39,15 +45,18 @@ bool WriteCheckReport(const CheckReport& report, const CheckProfile& profile,
       Written(WriteText(base / "report.md", CheckReportMarkdown(report)), base / "report.md") &&
       written;
   written =
-      Written(WriteText(base / "Plugin.log", profile.LogText()), base / "Plugin.log") && written;
+      Written(WriteText(base / "Plugin.log", profile.log().Text()), base / "Plugin.log") && written;
+  written =
+      Written(WriteText(base / "worker_output.txt", worker_output), base / "worker_output.txt") &&
+      written;
   if (!report.thumbnails.empty()) {
     const auto sheet = base / "contact_sheet.png";
-    written =
-        Written(WritePng(sheet.u8string(), ContactSheet(report.thumbnails, kThumbnailsPerRow)),
-                sheet) &&
-        written;
+    written = Written(WritePng(sheet.u8string(),
+                               ContactSheet(Images(report.thumbnails), kThumbnailsPerRow)),
+                      sheet) &&
+              written;
   }
-  const LogSummary summary = Summarize(profile.ParsedLogSoFar());
+  const LogSummary summary = Summarize(profile.log().ParsedSoFar());
   if (!summary.stitching_ms.empty()) {
     const auto plot = base / "stitching_time.png";
     written = Written(WriteStitchingPlot(summary, plot.u8string()), plot) && written;

@@ -59,6 +59,8 @@ bool ParseOption(int argc, char** argv, int* i, CommandLine* line) {
     return ParseInteger(argv[++*i], &line->random_frames) && line->random_frames >= 0;
   } else if (argument == "--report" && has_value && line->command == "check") {
     line->report = argv[++*i];
+  } else if (argument == "--call-timeout" && has_value && line->command == "check") {
+    return ParseInteger(argv[++*i], &line->call_timeout_seconds) && line->call_timeout_seconds > 0;
   } else if (argument == "--png" && has_value && line->command == "log-report") {
     line->out = argv[++*i];
   } else if (line->command != "start-up" && argument.rfind("--", 0) != 0) {
@@ -100,7 +102,8 @@ void PrintUsage() {
       "       qvo-host frames FILE --range A:B --out DIR [--format yuv|bgra] [--plugin FILE]\n"
       "       qvo-host audio FILE --out FILE.wav [--plugin FILE]\n"
       "       qvo-host serve FILE... [--seconds N] [--plugin FILE]\n"
-      "       qvo-host check FILE... [--frames N] [--report DIR] [--plugin FILE]\n"
+      "       qvo-host check FILE... [--frames N] [--report DIR] [--call-timeout SECONDS]\n"
+      "                      [--plugin FILE]\n"
       "       qvo-host log-report Plugin.log [Plugin.YYYY_MM_DD_HH_MM_SS.log...] [--png FILE]\n"
       "  start-up  loads the plug-in, starts it, prints its capabilities and the file\n"
       "            types it registers, and shuts it down\n"
@@ -116,9 +119,13 @@ void PrintUsage() {
       "            information, frames (every row written, nothing outside the buffer, the\n"
       "            same bytes twice, repeats from the cache) at the first, middle, last and N\n"
       "            random frames (default 4), sound, stitching time, the command link, handles\n"
-      "            and suites given back, Plugin.log; one PASS or FAIL line per check, exit\n"
-      "            code 0 only when all pass; --report DIR writes report.json, report.md, a\n"
-      "            contact sheet, a plot of stitching time and the run's Plugin.log\n"
+      "            and suites given back, Plugin.log; one PASS, FAIL or NOT RUN line per\n"
+      "            check. The calls run in a worker process: a call that crashes, writes\n"
+      "            past a host buffer or does not return within --call-timeout (default 30 s)\n"
+      "            fails, and a fresh worker goes on with the next file. Exit code 0 when all\n"
+      "            pass, 1 when a check failed or did not run, 2 for a wrong command line or\n"
+      "            file; --report DIR writes report.json, report.md, a contact sheet, a plot\n"
+      "            of stitching time, the run's Plugin.log and the workers' output\n"
       "  log-report  tells what a user's Plugin.log and its rotated files say happened:\n"
       "            files, frames, stitching time per frame, retries, sources released and\n"
       "            made again, command-link requests, errors; --png plots the stitching\n"

@@ -27,6 +27,7 @@ struct CommandLine {
   // check: frames checked at random beyond the first, middle and last; the report folder, or empty.
   int32_t random_frames = 4;
   std::string report;
+  int32_t call_timeout_seconds = 30;
 };
 
 // False for a command line that names no known command or lacks what its command needs.

@@ -6,11 +6,11 @@
 #include <string>
 
 #include "host_sim/host_file.h"
-#include "qvo_host/check_report.h"
+#include "qvo_host/check_journal.h"
 
 namespace host_sim {
 
 // `name` leads every line. REQUIRES: `file` opened and described.
-void CheckFileInformation(HostFile* file, const std::string& name, CheckReport* report);
+void CheckFileInformation(HostFile* file, const std::string& name, CheckJournal* journal);
 
 }  // namespace host_sim

@@ -10,8 +10,8 @@
 
 #include "host_sim/host_file.h"
 #include "host_sim/host_session.h"
-#include "qvo_host/check_profile.h"
-#include "qvo_host/check_report.h"
+#include "qvo_host/check_journal.h"
+#include "qvo_host/profile_log.h"
 
 namespace host_sim {
 
@@ -20,10 +20,9 @@ namespace host_sim {
 std::vector<int64_t> FramesToCheck(int64_t frame_count, int32_t random_count);
 
 // Fetches `frames` of `file` in both formats and adds one line per check and format; the times of
-// the fetches that stitched go to the report's times. `profile` holds the run's log.
+// the fetches that stitched, and each fetch as a call, go to the journal. `log` is the run's log.
 // REQUIRES: `file` opened and described; nothing else asks for frames meanwhile.
 void CheckFrames(HostSession& session, HostFile* file, const std::string& name,
-                 const std::vector<int64_t>& frames, const CheckProfile& profile,
-                 CheckReport* report);
+                 const std::vector<int64_t>& frames, const ProfileLog& log, CheckJournal* journal);
 
 }  // namespace host_sim

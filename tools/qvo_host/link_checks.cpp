@@ -15,6 +15,8 @@ namespace {
 
 constexpr char kStitchLine[] = "get source video:";
 constexpr char kExpireLine[] = "Expire all cache after update param";
+// The link's waits end by themselves after kLinkWait; the judge need not end them sooner.
+constexpr std::chrono::milliseconds kLinkCallLimit = 2 * kLinkWait;
 
 // The path as the plug-in knows it: the host hands "\\?\" and the native path.
 std::string PathOf(const HostFile& file) {
@@ -84,11 +86,11 @@ bool AgreesWithTimeBase(double answered_fps, double answered_seconds, const Told
 }
 
 void CheckMediaInfo(const CheckedClip& clip, const rapidjson::Document* answer,
-                    CheckReport* report) {
+                    CheckJournal* journal) {
   const ToldTiming told = TimingOf(*clip.file);
   const std::string what = "command link: get_media_info " + clip.name;
   if (answer == nullptr || !answer->HasMember("data") || !(*answer)["data"].IsObject()) {
-    report->Add(what, "no media information in the answer", false);
+    journal->Add(what, "no media information in the answer", false);
     return;
   }
   const double fps = NumberMember((*answer)["data"], "fps");
@@ -96,80 +98,96 @@ void CheckMediaInfo(const CheckedClip& clip, const rapidjson::Document* answer,
   char figure[160];
   std::snprintf(figure, sizeof(figure), "fps %.3f (told %.3f), duration %.3f s (told %.3f s)", fps,
                 told.fps, seconds, told.seconds);
-  report->Add(what, figure, AgreesWithTimeBase(fps, seconds, told));
+  journal->Add(what, figure, AgreesWithTimeBase(fps, seconds, told));
 }
 
 void CheckMediaInfos(command_server::CommandServer& server, const std::vector<CheckedClip>& clips,
-                     CheckReport* report) {
+                     CheckJournal* journal) {
   std::vector<std::string> requests;
   for (size_t i = 0; i < clips.size(); ++i) {
     requests.push_back(command_server::MediaInfoRequest(std::to_string(i), PathOf(*clips[i].file)));
   }
-  const std::map<std::string, rapidjson::Document> answers = Answers(server, requests);
+  std::map<std::string, rapidjson::Document> answers;
+  {
+    CallScope call(journal, "", "command link: get_media_info", kLinkCallLimit);
+    answers = Answers(server, requests);
+  }
   for (size_t i = 0; i < clips.size(); ++i) {
     const auto answer = answers.find(std::to_string(i));
-    CheckMediaInfo(clips[i], answer != answers.end() ? &answer->second : nullptr, report);
+    CheckMediaInfo(clips[i], answer != answers.end() ? &answer->second : nullptr, journal);
   }
 }
 
 // Frame 0 of every clip, fetched so that it is cached, or stitched anew after an update; the
 // number of clips whose frame was stitched.
 int64_t FetchFrameZero(HostSession& session, const std::vector<CheckedClip>& clips,
-                       const CheckProfile& profile) {
+                       const ProfileLog& log, CheckJournal* journal) {
   int64_t stitched = 0;
   for (const CheckedClip& clip : clips) {
-    const int64_t before = profile.CountLogged(kStitchLine);
+    const int64_t before = log.CountLogged(kStitchLine);
     PPixHand frame = nullptr;
-    clip.file->RequestFrame(
-        0, {0, 0, PrPixelFormat_YUV_420_MPEG4_FRAME_PICTURE_PLANAR_8u_709_FullRange}, &frame);
+    {
+      CallScope call(journal, clip.name,
+                     "GetVideoFrame frame 0, YUV 4:2:0, after the link's update");
+      clip.file->RequestFrame(
+          0, {0, 0, PrPixelFormat_YUV_420_MPEG4_FRAME_PICTURE_PLANAR_8u_709_FullRange}, &frame);
+    }
     if (frame != nullptr) session.host().frames().Dispose(frame);
-    if (profile.CountLogged(kStitchLine) != before) ++stitched;
+    if (log.CountLogged(kStitchLine) != before) ++stitched;
   }
   return stitched;
 }
 
 void CheckUpdate(HostSession& session, command_server::CommandServer& server,
-                 const std::vector<CheckedClip>& clips, const CheckProfile& profile,
-                 CheckReport* report) {
+                 const std::vector<CheckedClip>& clips, const ProfileLog& log,
+                 CheckJournal* journal) {
   // With one file the update names none, so that the one file is among "the others".
   const std::string named = clips.size() > 1 ? PathOf(*clips[0].file) : std::string();
   int64_t others = 0;
   for (const CheckedClip& clip : clips) others += PathOf(*clip.file) != named ? 1 : 0;
-  FetchFrameZero(session, clips, profile);
-  const int64_t expired_before = profile.CountLogged(kExpireLine);
+  FetchFrameZero(session, clips, log, journal);
+  const int64_t expired_before = log.CountLogged(kExpireLine);
   const int64_t cache_expiries_before = session.host().frame_cache().expire_all_calls();
-  const bool answered =
-      Answers(server, {command_server::UpdateParamRequest("update", named)}).count("update") == 1;
-  const int64_t updated = profile.CountLogged(kExpireLine) - expired_before;
+  bool answered = false;
+  {
+    CallScope call(journal, "", "Update (command link: request_update_param)", kLinkCallLimit);
+    answered =
+        Answers(server, {command_server::UpdateParamRequest("update", named)}).count("update") == 1;
+  }
+  const int64_t updated = log.CountLogged(kExpireLine) - expired_before;
   const int64_t cache_expiries =
       session.host().frame_cache().expire_all_calls() - cache_expiries_before;
-  const int64_t stitched_anew = FetchFrameZero(session, clips, profile);
+  const int64_t stitched_anew = FetchFrameZero(session, clips, log, journal);
   const std::string figure = "named " + (named.empty() ? std::string("no file") : clips[0].name) +
                              ": " + std::to_string(updated) + " of " + std::to_string(others) +
                              " others updated, host cache expired " +
                              std::to_string(cache_expiries) + " times, frame 0 stitched anew for " +
                              std::to_string(stitched_anew) + " of " + std::to_string(clips.size()) +
                              " files";
-  report->Add("command link: request_update_param", figure,
-              answered && updated == others && cache_expiries == others &&
-                  stitched_anew == static_cast<int64_t>(clips.size()));
+  journal->Add("command link: request_update_param", figure,
+               answered && updated == others && cache_expiries == others &&
+                   stitched_anew == static_cast<int64_t>(clips.size()));
 }
 
 }  // namespace
 
 void CheckCommandLink(HostSession& session, command_server::CommandServer& server,
-                      const std::vector<CheckedClip>& clips, const CheckProfile& profile,
-                      CheckReport* report) {
+                      const std::vector<CheckedClip>& clips, const ProfileLog& log,
+                      CheckJournal* journal) {
   const auto start = std::chrono::steady_clock::now();
-  const bool connected = server.WaitForConnection(kLinkWait);
+  bool connected = false;
+  {
+    CallScope call(journal, "", "command link: waiting for the plug-in to connect", kLinkCallLimit);
+    connected = server.WaitForConnection(kLinkWait);
+  }
   char figure[64];
   std::snprintf(figure, sizeof(figure), "%s after %.2f s",
                 connected ? "connected" : "not connected",
                 std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-  report->Add("command link: the plug-in connects", figure, connected);
+  journal->Add("command link: the plug-in connects", figure, connected);
   if (!connected || clips.empty()) return;
-  CheckMediaInfos(server, clips, report);
-  CheckUpdate(session, server, clips, profile, report);
+  CheckMediaInfos(server, clips, journal);
+  CheckUpdate(session, server, clips, log, journal);
 }
 
 }  // namespace host_sim

@@ -10,8 +10,8 @@
 #include "command_server/command_server.h"
 #include "host_sim/host_file.h"
 #include "host_sim/host_session.h"
-#include "qvo_host/check_profile.h"
-#include "qvo_host/check_report.h"
+#include "qvo_host/check_journal.h"
+#include "qvo_host/profile_log.h"
 
 namespace host_sim {
 
@@ -23,9 +23,9 @@ struct CheckedClip {
 // One pass of the command link's thread, its pause and a connect time-out, with room.
 constexpr std::chrono::seconds kLinkWait{10};
 
-// REQUIRES: `server` wrote its port file into `profile` before start-up; every clip has frames.
+// REQUIRES: `server` wrote its port file into the profile before start-up; every clip has frames.
 void CheckCommandLink(HostSession& session, command_server::CommandServer& server,
-                      const std::vector<CheckedClip>& clips, const CheckProfile& profile,
-                      CheckReport* report);
+                      const std::vector<CheckedClip>& clips, const ProfileLog& log,
+                      CheckJournal* journal);
 
 }  // namespace host_sim

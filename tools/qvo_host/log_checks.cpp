@@ -39,9 +39,9 @@ void CheckStitchingTime(CheckReport* report) {
 
 }  // namespace
 
-void CheckLog(const CheckProfile& profile, CheckReport* report) {
-  const ParsedLog log = profile.ParsedLogSoFar();
-  for (const LogEntry& entry : log.entries) {
+void CheckLog(const ProfileLog& log, CheckReport* report) {
+  const ParsedLog parsed = log.ParsedSoFar();
+  for (const LogEntry& entry : parsed.entries) {
     if (entry.message.compare(0, sizeof(kConsumeLine) - 1, kConsumeLine) == 0) {
       report->times().library_ms.push_back(
           std::strtod(entry.message.c_str() + sizeof(kConsumeLine) - 1, nullptr));
@@ -49,9 +49,9 @@ void CheckLog(const CheckProfile& profile, CheckReport* report) {
   }
   CheckStitchingTime(report);
   report->Add("Plugin.log: every line whole and in the log's format",
-              std::to_string(log.entries.size()) + " entries, " +
-                  std::to_string(log.malformed_lines) + " malformed lines",
-              !log.entries.empty() && log.malformed_lines == 0);
+              std::to_string(parsed.entries.size()) + " entries, " +
+                  std::to_string(parsed.malformed_lines) + " malformed lines",
+              !parsed.entries.empty() && parsed.malformed_lines == 0);
 }
 
 }  // namespace host_sim

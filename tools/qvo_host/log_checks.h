@@ -2,13 +2,13 @@
 // stitching time per frame from the host's clock beside the library's own "read frame consume".
 #pragma once
 
-#include "qvo_host/check_profile.h"
 #include "qvo_host/check_report.h"
+#include "qvo_host/profile_log.h"
 
 namespace host_sim {
 
 // Reads the log of the finished run, adds the library's times to the report's times and the two
 // lines.
-void CheckLog(const CheckProfile& profile, CheckReport* report);
+void CheckLog(const ProfileLog& log, CheckReport* report);
 
 }  // namespace host_sim

@@ -1,5 +1,6 @@
 // qvo-host: a Premiere-like host on the command line. It loads the plug-in file as the host does,
 // shows what the host learns from it, and writes out the frames and sound it delivers.
+#include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -8,6 +9,8 @@
 #include "host_sim/plugin_module.h"
 #include "qvo_host/audio_command.h"
 #include "qvo_host/check_command.h"
+#include "qvo_host/check_plan.h"
+#include "qvo_host/check_worker.h"
 #include "qvo_host/command_line.h"
 #include "qvo_host/file_inspection.h"
 #include "qvo_host/frames_command.h"
@@ -154,20 +157,33 @@ int Run(const host_sim::CommandLine& line) {
   return succeeded ? 0 : 1;
 }
 
+int RunCheck(const host_sim::CommandLine& line) {
+  host_sim::CheckOptions options;
+  options.plugin_path = line.plugin_path;
+  options.files = line.files;
+  options.random_frames = line.random_frames;
+  options.report_folder = line.report;
+  options.call_timeout = std::chrono::seconds(line.call_timeout_seconds);
+  const std::string problem = host_sim::InputProblem(options);
+  if (!problem.empty()) {
+    std::fprintf(stderr, "qvo-host: %s\n", problem.c_str());
+    return 2;
+  }
+  return host_sim::RunCheck(options).AllPassed() ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (argc == 3 && std::string(argv[1]) == host_sim::kCheckWorkerCommand) {
+    return host_sim::RunCheckWorker(argv[2]);
+  }
   host_sim::CommandLine line;
   if (!host_sim::ParseCommandLine(argc, argv, &line)) {
     host_sim::PrintUsage();
     return 2;
   }
   if (line.command == "log-report") return host_sim::ReportLogs(line.files, line.out) ? 0 : 1;
-  if (line.command == "check") {
-    return host_sim::RunCheck({line.plugin_path, line.files, line.random_frames, line.report})
-                   .AllPassed()
-               ? 0
-               : 1;
-  }
+  if (line.command == "check") return RunCheck(line);
   return Run(line);
 }

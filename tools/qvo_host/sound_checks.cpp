@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <memory>
+#include <string>
 #include <vector>
+
+#include "platform/guarded_memory.h"
 
 namespace host_sim {
 namespace {
@@ -54,20 +58,53 @@ std::vector<SoundRead> Reads(int64_t total) {
           {-1, run, remaining(2 * run)}};
 }
 
-void ReadAndTally(HostFile* file, int32_t channels, const SoundRead& read, SoundTally* tally) {
-  std::vector<std::vector<float>> buffers(
-      channels, std::vector<float>(static_cast<size_t>(read.size) + kSlack, Sentinel()));
+// A channel buffer whose slack ends where an inaccessible page begins: a write past the slack
+// faults at its first sample.
+class GuardedChannel {
+ public:
+  explicit GuardedChannel(size_t samples)
+      : bytes_(platform::AllocateGuarded(samples * sizeof(float), alignof(float), 0)),
+        samples_(bytes_ != nullptr ? samples : 0) {
+    std::fill(begin(), end(), Sentinel());
+  }
+  ~GuardedChannel() { platform::FreeGuarded(bytes_); }
+  GuardedChannel(const GuardedChannel&) = delete;
+  GuardedChannel& operator=(const GuardedChannel&) = delete;
+
+  float* begin() const { return reinterpret_cast<float*>(bytes_); }
+  float* end() const { return begin() + samples_; }
+
+ private:
+  uint8_t* bytes_;
+  size_t samples_;
+};
+
+std::string SoundCall(const SoundRead& read) {
+  return "GetAudioFrame position " + std::to_string(read.position) +
+         (read.position < 0 ? " (where the last read ended)" : "") + ", count " +
+         std::to_string(read.size);
+}
+
+void ReadAndTally(HostFile* file, int32_t channels, const SoundRead& read, const std::string& name,
+                  CheckJournal* journal, SoundTally* tally) {
+  std::vector<std::unique_ptr<GuardedChannel>> buffers;
   std::vector<float*> pointers;
-  for (auto& buffer : buffers) pointers.push_back(buffer.data());
-  file->ReadAudio(read.position, static_cast<uint32_t>(read.size), pointers.data());
+  for (int32_t c = 0; c < channels; ++c) {
+    buffers.push_back(std::make_unique<GuardedChannel>(static_cast<size_t>(read.size) + kSlack));
+    pointers.push_back(buffers.back()->begin());
+  }
+  {
+    CallScope call(journal, name, SoundCall(read));
+    file->ReadAudio(read.position, static_cast<uint32_t>(read.size), pointers.data());
+  }
   ++tally->reads;
   bool short_read = false;
   bool long_read = false;
   for (const auto& buffer : buffers) {
-    const auto written_end = buffer.begin() + read.expected;
-    short_read = short_read || std::any_of(buffer.begin(), written_end, IsSentinel);
-    long_read = long_read || !std::all_of(written_end, buffer.end(), IsSentinel);
-    tally->not_finite += std::count_if(buffer.begin(), written_end, [](float sample) {
+    float* written_end = buffer->begin() + read.expected;
+    short_read = short_read || std::any_of(buffer->begin(), written_end, IsSentinel);
+    long_read = long_read || !std::all_of(written_end, buffer->end(), IsSentinel);
+    tally->not_finite += std::count_if(buffer->begin(), written_end, [](float sample) {
       return !IsSentinel(sample) && !std::isfinite(sample);
     });
   }
@@ -77,24 +114,24 @@ void ReadAndTally(HostFile* file, int32_t channels, const SoundRead& read, Sound
 
 }  // namespace
 
-void CheckSound(HostFile* file, const std::string& name, CheckReport* report) {
+void CheckSound(HostFile* file, const std::string& name, CheckJournal* journal) {
   const imFileInfoRec8& info = *file->info().record();
   const int32_t channels = info.audInfo.numChannels;
   if (info.hasAudio == 0 || channels <= 0) {
-    report->Add(name + " sound: reads", "the file has no sound", true);
+    journal->Add(name + " sound: reads", "the file has no sound", true);
     return;
   }
   SoundTally tally;
   const std::vector<SoundRead> reads = Reads(info.audDuration);
-  for (const SoundRead& read : reads) ReadAndTally(file, channels, read, &tally);
+  for (const SoundRead& read : reads) ReadAndTally(file, channels, read, name, journal, &tally);
   const std::string of =
       " of " + std::to_string(tally.reads) + " reads, " + std::to_string(channels) + " channels";
-  report->Add(name + " sound: the asked count written",
-              std::to_string(tally.short_reads) + " reads short" + of, tally.short_reads == 0);
-  report->Add(name + " sound: nothing written past the count",
-              std::to_string(tally.long_reads) + " reads too long" + of, tally.long_reads == 0);
-  report->Add(name + " sound: samples finite",
-              std::to_string(tally.not_finite) + " samples not finite", tally.not_finite == 0);
+  journal->Add(name + " sound: the asked count written",
+               std::to_string(tally.short_reads) + " reads short" + of, tally.short_reads == 0);
+  journal->Add(name + " sound: nothing written past the count",
+               std::to_string(tally.long_reads) + " reads too long" + of, tally.long_reads == 0);
+  journal->Add(name + " sound: samples finite",
+               std::to_string(tally.not_finite) + " samples not finite", tally.not_finite == 0);
 }
 
 }  // namespace host_sim

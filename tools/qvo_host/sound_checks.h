@@ -6,12 +6,12 @@
 #include <string>
 
 #include "host_sim/host_file.h"
-#include "qvo_host/check_report.h"
+#include "qvo_host/check_journal.h"
 
 namespace host_sim {
 
 // Adds one line per check; a file without sound gets one line saying so.
 // REQUIRES: `file` opened and described.
-void CheckSound(HostFile* file, const std::string& name, CheckReport* report);
+void CheckSound(HostFile* file, const std::string& name, CheckJournal* journal);
 
 }  // namespace host_sim

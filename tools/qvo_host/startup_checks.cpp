@@ -9,8 +9,6 @@ namespace {
 
 constexpr int32_t kQvoFileType = 0x0071766F;
 constexpr char kFileTypeName[] = "Quorvel Omni Project";
-// One pause of the command link's thread and one connect time-out.
-constexpr double kShutDownBoundSeconds = 5.0;
 
 struct CapabilityWord {
   const char* name;
@@ -24,7 +22,7 @@ std::string Hex(int32_t value) {
   return text;
 }
 
-void CheckCapabilities(const imImportInfoRec& capabilities, CheckReport* report) {
+void CheckCapabilities(const imImportInfoRec& capabilities, CheckJournal* journal) {
   const CapabilityWord words[] = {
       {"canSave", capabilities.canSave, 1},
       {"canDelete", capabilities.canDelete, 1},
@@ -47,10 +45,10 @@ void CheckCapabilities(const imImportInfoRec& capabilities, CheckReport* report)
       as_expected = false;
     }
   }
-  report->Add("capability words", figure, as_expected);
+  journal->Add("capability words", figure, as_expected);
 }
 
-void CheckFileTypes(HostSession& session, CheckReport* report) {
+void CheckFileTypes(HostSession& session, CheckJournal* journal) {
   int32_t last_result = 0;
   const std::vector<RegisteredFileType> types = session.FileTypes(&last_result);
   std::string figure;
@@ -63,30 +61,32 @@ void CheckFileTypes(HostSession& session, CheckReport* report) {
       types.size() == 1 && types[0].file_type == kQvoFileType && types[0].name == kFileTypeName &&
       types[0].short_name == kFileTypeName &&
       types[0].extensions == std::vector<std::string>{"qvo"} && last_result == imBadFormatIndex;
-  report->Add("file type", figure, one_qvo_type);
+  journal->Add("file type", figure, one_qvo_type);
 }
 
 }  // namespace
 
-bool CheckStartUp(HostSession& session, CheckReport* report) {
+bool CheckStartUp(HostSession& session, CheckJournal* journal) {
   imImportInfoRec capabilities;
   const int32_t result = session.StartUp(&capabilities);
-  report->Add("start-up", "result " + std::to_string(result), result == imNoErr);
+  journal->Add("start-up", "result " + std::to_string(result), result == imNoErr);
   if (result != imNoErr) return false;
-  CheckCapabilities(capabilities, report);
-  CheckFileTypes(session, report);
+  CheckCapabilities(capabilities, journal);
+  CheckFileTypes(session, journal);
   return true;
 }
 
-void CheckShutDown(HostSession& session, CheckReport* report) {
+void CheckShutDown(HostSession& session, CheckJournal* journal) {
   const auto start = std::chrono::steady_clock::now();
   const int32_t result = session.ShutDown();
   const double seconds =
       std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  const double bound = std::chrono::duration<double>(kShutDownBound).count();
   char figure[96];
   std::snprintf(figure, sizeof(figure), "result %d in %.2f s (bound %.1f s)",
-                static_cast<int>(result), seconds, kShutDownBoundSeconds);
-  report->Add("shut-down", figure, result == imNoErr && seconds <= kShutDownBoundSeconds);
+                static_cast<int>(result), seconds,
+                std::chrono::duration<double>(kShutDownBound).count());
+  journal->Add("shut-down", figure, result == imNoErr && seconds <= bound);
 }
 
 }  // namespace host_sim

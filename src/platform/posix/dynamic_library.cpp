@@ -33,4 +33,6 @@ std::string ExecutableFolder() {
 
 std::string PluginFileName(const std::string& stem) { return stem + ".so"; }
 
+std::string ProgramFileName(const std::string& stem) { return stem; }
+
 }  // namespace platform

@@ -10,4 +10,6 @@ StitchingLibraryLoad LoadStitchingLibrary() {
   return load;
 }
 
+std::string StitchingLibraryFileName() { return "libOmniStitcher.so"; }
+
 }  // namespace platform

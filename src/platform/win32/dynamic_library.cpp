@@ -49,4 +49,6 @@ std::string ExecutableFolder() {
 
 std::string PluginFileName(const std::string& stem) { return stem + ".prm"; }
 
+std::string ProgramFileName(const std::string& stem) { return stem + ".exe"; }
+
 }  // namespace platform

@@ -63,4 +63,6 @@ StitchingLibraryLoad LoadStitchingLibrary() {
   return load;
 }
 
+std::string StitchingLibraryFileName() { return "OmniStitcher.dll"; }
+
 }  // namespace platform
