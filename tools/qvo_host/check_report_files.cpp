@@ -42,15 +42,17 @@ bool WriteCheckReport(const CheckReport& report, const CheckProfile& profile,
       Written(WriteText(base / "Plugin.log", profile.LogText()), base / "Plugin.log") && written;
   if (!report.thumbnails.empty()) {
     const auto sheet = base / "contact_sheet.png";
-    written =
-        Written(WritePng(sheet.u8string(), ContactSheet(report.thumbnails, kThumbnailsPerRow)),
-                sheet) &&
-        written;
+    written = Written(WritePng(sheet.u8string(),
+                               ContactSheet({{"frames", report.thumbnails}}, kThumbnailsPerRow)),
+                      sheet) &&
+              written;
   }
   const LogSummary summary = Summarize(profile.ParsedLogSoFar());
-  if (!summary.stitching_ms.empty()) {
+  if (!summary.stitching.empty()) {
     const auto plot = base / "stitching_time.png";
-    written = Written(WriteStitchingPlot(summary, plot.u8string()), plot) && written;
+    written =
+        Written(WriteTimePlot(StitchingTimePlot(summary, "Plugin.log"), plot.u8string()), plot) &&
+        written;
   }
   return written;
 }
