@@ -9,6 +9,7 @@
 #include "qvo_host/log_parsing.h"
 #include "qvo_host/log_plot.h"
 #include "qvo_host/log_summary.h"
+#include "qvo_host/time_plot.h"
 
 namespace host_sim {
 namespace {
