@@ -1,5 +1,6 @@
-// The benchmarks of the plug-in's costs, in one program so that bench.sh can interleave and repeat
-// them in one run; the plug-in is shut down before the program ends.
+// The main of every benchmark program: the benchmarks of the plug-in's costs are in one program so
+// that bench.sh can interleave and repeat them in one run; the plug-in is shut down before the
+// program ends.
 #include <benchmark/benchmark.h>
 
 #include "bench_host.h"

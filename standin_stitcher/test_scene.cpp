@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "bitmap_font/bitmap_font.h"
+
 namespace omni_standin {
 namespace {
 
@@ -30,25 +32,6 @@ constexpr Palette kPalettes[] = {
     {{110, 110, 110}, {35, 35, 35}, {190, 255, 190}, {255, 60, 60}, {0, 210, 0}, {255, 255, 255}},
 };
 static_assert(std::size(kPalettes) == kScenePalettes);
-
-// 5 x 7 glyphs, one byte per row, bit 4 the leftmost column.
-constexpr uint8_t kDigitGlyphs[10][7] = {
-    {0x0E, 0x11, 0x13, 0x15, 0x19, 0x11, 0x0E}, {0x04, 0x0C, 0x04, 0x04, 0x04, 0x04, 0x0E},
-    {0x0E, 0x11, 0x01, 0x02, 0x04, 0x08, 0x1F}, {0x1F, 0x02, 0x04, 0x02, 0x01, 0x11, 0x0E},
-    {0x02, 0x06, 0x0A, 0x12, 0x1F, 0x02, 0x02}, {0x1F, 0x10, 0x1E, 0x01, 0x01, 0x11, 0x0E},
-    {0x06, 0x08, 0x10, 0x1E, 0x11, 0x11, 0x0E}, {0x1F, 0x01, 0x02, 0x04, 0x08, 0x08, 0x08},
-    {0x0E, 0x11, 0x11, 0x0E, 0x11, 0x11, 0x0E}, {0x0E, 0x11, 0x11, 0x0F, 0x01, 0x02, 0x0C},
-};
-constexpr uint8_t kGlyphL[7] = {0x10, 0x10, 0x10, 0x10, 0x10, 0x10, 0x1F};
-constexpr uint8_t kGlyphR[7] = {0x1E, 0x11, 0x11, 0x1E, 0x14, 0x12, 0x11};
-constexpr uint8_t kGlyphSpace[7] = {};
-
-const uint8_t* Glyph(char c) {
-  if (c >= '0' && c <= '9') return kDigitGlyphs[c - '0'];
-  if (c == 'L') return kGlyphL;
-  if (c == 'R') return kGlyphR;
-  return kGlyphSpace;
-}
 
 uint8_t ToByte(double value) {
   return static_cast<uint8_t>(std::clamp(std::lround(value), 0L, 255L));
@@ -156,9 +139,10 @@ class Scene {
     if (frame.stereo) eye.label += right ? " R" : " L";
     eye.text_scale = std::max(1, height / 36);
     int64_t text_width =
-        static_cast<int64_t>(eye.label.size()) * 6 * eye.text_scale - eye.text_scale;
+        static_cast<int64_t>(eye.label.size()) * bitmap_font::kAdvance * eye.text_scale -
+        eye.text_scale;
     eye.text_left = (width_ - text_width) / 2;
-    eye.text_top = std::max(0, height / 4 - 7 * eye.text_scale / 2);
+    eye.text_top = std::max(0, height / 4 - bitmap_font::kGlyphHeight * eye.text_scale / 2);
     return eye;
   }
 
@@ -185,13 +169,14 @@ class Scene {
 
   void DrawTextRow(const Eye& eye, int32_t row, uint8_t* inks) const {
     int32_t scale = eye.text_scale;
-    if (row < eye.text_top || row >= eye.text_top + 7 * scale) return;
+    if (row < eye.text_top || row >= eye.text_top + bitmap_font::kGlyphHeight * scale) return;
     int32_t glyph_row = (row - eye.text_top) / scale;
     for (size_t i = 0; i < eye.label.size(); ++i) {
-      uint8_t bits = Glyph(eye.label[i])[glyph_row];
-      for (int col = 0; col < 5; ++col) {
+      uint8_t bits = bitmap_font::Glyph(eye.label[i])[glyph_row];
+      for (int col = 0; col < bitmap_font::kGlyphWidth; ++col) {
         if ((bits & (0x10 >> col)) == 0) continue;
-        int64_t left = eye.text_left + (static_cast<int64_t>(i) * 6 + col) * scale;
+        int64_t left =
+            eye.text_left + (static_cast<int64_t>(i) * bitmap_font::kAdvance + col) * scale;
         int64_t begin = std::max<int64_t>(left, 0);
         int64_t end = std::min<int64_t>(left + scale, width_);
         if (begin < end) std::memset(inks + begin, kText, static_cast<size_t>(end - begin));

@@ -2,19 +2,26 @@
 // writes them, with the torn and foreign lines a real log can hold.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <set>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "qvo_host/log_parsing.h"
 #include "qvo_host/log_plot.h"
 #include "qvo_host/log_summary.h"
+#include "qvo_host/time_plot.h"
 #include "support/temp_folder.h"
 
 namespace {
 
 using host_sim::LogSummary;
 using host_sim::ParsedLog;
+using host_sim::Rgb;
+using host_sim::RgbImage;
 
 // One line as the plug-in writes it, at 10:00:`second`.
 std::string Line(int second, const std::string& level, const std::string& message, int site) {
@@ -112,9 +119,139 @@ TEST(LogReportTest, TellsFilesFramesRetriesSourcesTheLinkAndErrors) {
 
   TempFolder folder;
   const std::string plot = folder.Join("plot.png");
-  EXPECT_TRUE(host_sim::WriteStitchingPlot(summary, plot));
+  EXPECT_TRUE(host_sim::WriteTimePlot(host_sim::StitchingTimePlot(summary, "Plugin.log"), plot));
   EXPECT_GT(std::filesystem::file_size(std::filesystem::u8path(plot)), 0u);
-  EXPECT_FALSE(host_sim::WriteStitchingPlot(LogSummary{}, plot)) << "nothing to plot";
+  EXPECT_FALSE(
+      host_sim::WriteTimePlot(host_sim::StitchingTimePlot(LogSummary{}, "Plugin.log"), plot))
+      << "nothing to plot";
+}
+
+TEST(LogReportTest, PlotsOneSeriesPerClipOverSecondsSinceTheFirstEntry) {
+  const std::string text = Line(1, "INFO ", "Open File: C:\\clips\\a.qvo", 856) +
+                           Line(2, "INFO ", "get source video:C:\\clips\\a.qvo", 2269) +
+                           Line(2, "INFO ", "read frame consume:10", 2284) +
+                           Line(3, "INFO ", "get source video:/media/b.qvo", 2269) +
+                           Line(4, "INFO ", "read frame consume:20", 2284) +
+                           Line(5, "INFO ", "get source video:C:\\clips\\a.qvo", 2269) +
+                           Line(6, "INFO ", "read frame consume:30", 2284);
+  const host_sim::TimePlot plot =
+      host_sim::StitchingTimePlot(host_sim::Summarize(Parse(text)), "Plugin.log");
+  EXPECT_EQ(plot.title, "Plugin.log");
+  ASSERT_EQ(plot.series.size(), 2u);
+  EXPECT_EQ(plot.series[0].label, "a.qvo");
+  EXPECT_EQ(plot.series[0].x, (std::vector<double>{1, 5}));
+  EXPECT_EQ(plot.series[0].milliseconds, (std::vector<double>{10, 30}));
+  EXPECT_EQ(plot.series[1].label, "b.qvo");
+  EXPECT_EQ(plot.series[1].x, (std::vector<double>{3}));
+
+  const host_sim::TimePlot unnamed = host_sim::StitchingTimePlot(
+      host_sim::Summarize(Parse(Line(1, "INFO ", "read frame consume:7", 2284))), "Plugin.log");
+  ASSERT_EQ(unnamed.series.size(), 1u);
+  EXPECT_EQ(unnamed.series[0].label, "Plugin.log") << "the log names no clip";
+}
+
+// How many pixels of `colour` the rectangle [left, right) x [top, bottom) holds.
+int64_t Count(const RgbImage& image, Rgb colour, int32_t left, int32_t top, int32_t right,
+              int32_t bottom) {
+  int64_t count = 0;
+  for (int32_t y = std::max(top, 0); y < std::min(bottom, image.height); ++y) {
+    for (int32_t x = std::max(left, 0); x < std::min(right, image.width); ++x) {
+      const uint8_t* pixel = &image.pixels[(static_cast<size_t>(y) * image.width + x) * 3];
+      count += pixel[0] == colour.r && pixel[1] == colour.g && pixel[2] == colour.b;
+    }
+  }
+  return count;
+}
+
+// The row (or column) whose line of pixels holds the most of `colour`.
+int32_t FullestRow(const RgbImage& image, Rgb colour) {
+  int32_t fullest = 0;
+  for (int32_t y = 1; y < image.height; ++y) {
+    if (Count(image, colour, 0, y, image.width, y + 1) >
+        Count(image, colour, 0, fullest, image.width, fullest + 1)) {
+      fullest = y;
+    }
+  }
+  return fullest;
+}
+
+int32_t FullestColumn(const RgbImage& image, Rgb colour) {
+  int32_t fullest = 0;
+  for (int32_t x = 1; x < image.width; ++x) {
+    if (Count(image, colour, x, 0, x + 1, image.height) >
+        Count(image, colour, fullest, 0, fullest + 1, image.height)) {
+      fullest = x;
+    }
+  }
+  return fullest;
+}
+
+// Separate runs of rows that hold `colour` between columns [left, right).
+int32_t TextLines(const RgbImage& image, Rgb colour, int32_t left, int32_t right, int32_t top,
+                  int32_t bottom) {
+  int32_t lines = 0;
+  bool inside = false;
+  for (int32_t y = top; y < bottom; ++y) {
+    const bool inked = Count(image, colour, left, y, right, y + 1) > 0;
+    lines += inked && !inside;
+    inside = inked;
+  }
+  return lines;
+}
+
+TEST(LogReportTest, PlotShowsTitleAxesNumbersPercentilesAndLegend) {
+  host_sim::TimePlot plot{"a.qvo and b.qvo", "frame", {{"a.qvo", {}, {}}, {"b.qvo", {}, {}}}};
+  for (int i = 0; i < 10; ++i) {  // 5, 10, ... 100 ms: median 50, 95th percentile 95
+    for (int s = 0; s < 2; ++s) {
+      plot.series[s].x.push_back(i);
+      plot.series[s].milliseconds.push_back(10.0 * i + 5.0 * (s + 1));
+    }
+  }
+  const RgbImage image = host_sim::DrawTimePlot(plot);
+  ASSERT_GT(image.width, 0);
+  const int32_t x_axis = FullestRow(image, host_sim::kPlotInk);
+  const int32_t y_axis = FullestColumn(image, host_sim::kPlotInk);
+  const int32_t median = FullestRow(image, host_sim::kPlotMedian);
+  const int32_t percentile95 = FullestRow(image, host_sim::kPlotPercentile95);
+  const int32_t top = x_axis - 400;  // 0 to 100 ms over the plot's 400 pixels
+
+  EXPECT_GT(Count(image, host_sim::kPlotInk, 0, 0, image.width, 30), 0) << "title";
+  EXPECT_GE(TextLines(image, host_sim::kPlotInk, 0, y_axis - 2, top - 8, x_axis + 8), 6)
+      << "0 to 100 in steps of 20";
+  EXPECT_GT(Count(image, host_sim::kPlotInk, y_axis + 20, x_axis + 7, image.width, x_axis + 24), 0)
+      << "frame numbers";
+  EXPECT_NEAR(x_axis - median, 200, 3);
+  EXPECT_NEAR(x_axis - percentile95, 380, 3);
+  for (const auto& [colour, row] : {std::pair{host_sim::kPlotMedian, median},
+                                    std::pair{host_sim::kPlotPercentile95, percentile95}}) {
+    EXPECT_GT(Count(image, colour, 0, 0, image.width, image.height) -
+                  Count(image, colour, 0, row, image.width, row + 2),
+              100)
+        << "the value beside its line";
+  }
+  for (size_t s = 0; s < 3; ++s) {
+    SCOPED_TRACE(s);
+    const Rgb colour = host_sim::PlotSeriesColour(s);
+    EXPECT_EQ(Count(image, colour, 0, x_axis + 40, image.width, image.height) > 0, s < 2)
+        << "in the legend";
+    EXPECT_EQ(Count(image, colour, y_axis, top, image.width, x_axis) > 0, s < 2) << "the points";
+  }
+
+  plot.title.clear();
+  EXPECT_EQ(Count(host_sim::DrawTimePlot(plot), host_sim::kPlotInk, 0, 0, image.width, 30), 0);
+  EXPECT_EQ(host_sim::DrawTimePlot({"empty", "frame", {{"a.qvo", {}, {}}}}).width, 0);
+}
+
+TEST(LogReportTest, SeriesColoursDifferFromOneAnotherAndFromTheLines) {
+  std::set<std::tuple<int, int, int>> colours = {
+      {host_sim::kPlotInk.r, host_sim::kPlotInk.g, host_sim::kPlotInk.b},
+      {host_sim::kPlotMedian.r, host_sim::kPlotMedian.g, host_sim::kPlotMedian.b},
+      {host_sim::kPlotPercentile95.r, host_sim::kPlotPercentile95.g,
+       host_sim::kPlotPercentile95.b}};
+  for (size_t s = 0; s < 20; ++s) {
+    const Rgb colour = host_sim::PlotSeriesColour(s);
+    EXPECT_TRUE(colours.insert({colour.r, colour.g, colour.b}).second) << s;
+  }
 }
 
 }  // namespace

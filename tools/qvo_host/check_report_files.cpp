@@ -1,14 +1,14 @@
 #include "qvo_host/check_report_files.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 
 #include "qvo_host/contact_sheet.h"
-#include "qvo_host/log_plot.h"
-#include "qvo_host/log_summary.h"
 #include "qvo_host/png_export.h"
+#include "qvo_host/time_plot.h"
 
 namespace host_sim {
 namespace {
@@ -26,10 +26,40 @@ bool Written(bool written, const std::filesystem::path& path) {
   return written;
 }
 
-std::vector<RgbImage> Images(const std::vector<ClipThumbnail>& thumbnails) {
-  std::vector<RgbImage> images;
-  for (const ClipThumbnail& thumbnail : thumbnails) images.push_back(thumbnail.image);
-  return images;
+// A clip is named by its file name: the folders would crowd the pictures.
+std::string ClipLabel(const std::string& clip) {
+  return std::filesystem::u8path(clip).filename().u8string();
+}
+
+// One row of the sheet per clip, in the order the clips were checked.
+std::vector<LabelledThumbnails> ThumbnailsByClip(const std::vector<ClipThumbnail>& thumbnails) {
+  std::vector<LabelledThumbnails> clips;
+  for (const ClipThumbnail& thumbnail : thumbnails) {
+    const std::string label = ClipLabel(thumbnail.clip);
+    if (clips.empty() || clips.back().label != label) clips.push_back({label, {}});
+    clips.back().thumbnails.push_back(thumbnail.image);
+  }
+  return clips;
+}
+
+// The host's time of every stitched frame over the frame's index, one series per clip.
+TimePlot StitchingTimeByClip(const std::vector<ClipFrameTime>& times) {
+  TimePlot plot;
+  plot.x_label = "frame";
+  for (const ClipFrameTime& time : times) {
+    const std::string label = ClipLabel(time.clip);
+    auto series = std::find_if(plot.series.begin(), plot.series.end(),
+                               [&label](const PlotSeries& each) { return each.label == label; });
+    if (series == plot.series.end()) {
+      series = plot.series.insert(plot.series.end(), PlotSeries{label, {}, {}});
+    }
+    series->x.push_back(static_cast<double>(time.frame));
+    series->milliseconds.push_back(time.ms);
+  }
+  plot.title = "Stitching time per frame as the host waited for it, " +
+               std::to_string(plot.series.size()) +
+               (plot.series.size() == 1 ? " clip: " + plot.series[0].label : " clips");
+  return plot;
 }
 
 }  // namespace
@@ -51,15 +81,15 @@ bool WriteCheckReport(const CheckReport& report, const CheckProfile& profile,
       written;
   if (!report.thumbnails.empty()) {
     const auto sheet = base / "contact_sheet.png";
-    written = Written(WritePng(sheet.u8string(),
-                               ContactSheet(Images(report.thumbnails), kThumbnailsPerRow)),
+    written = Written(WritePng(sheet.u8string(), ContactSheet(ThumbnailsByClip(report.thumbnails),
+                                                              kThumbnailsPerRow)),
                       sheet) &&
               written;
   }
-  const LogSummary summary = Summarize(profile.log().ParsedSoFar());
-  if (!summary.stitching_ms.empty()) {
-    const auto plot = base / "stitching_time.png";
-    written = Written(WriteStitchingPlot(summary, plot.u8string()), plot) && written;
+  const TimePlot plot = StitchingTimeByClip(report.times().host_frames);
+  if (!plot.series.empty()) {
+    const auto path = base / "stitching_time.png";
+    written = Written(WriteTimePlot(plot, path.u8string()), path) && written;
   }
   return written;
 }

@@ -3,10 +3,16 @@
 #include <algorithm>
 #include <cstring>
 
+#include "qvo_host/image_drawing.h"
+
 namespace host_sim {
 namespace {
 
 constexpr uint8_t kBackground = 40;
+constexpr Rgb kLabelColour = {235, 235, 235};
+constexpr int32_t kLabelScale = 2;
+constexpr int32_t kLabelWidth = 200;  // longer names go on to further lines
+constexpr int32_t kLabelLineGap = 4;
 
 // The source span [begin, end) that destination index `i` of `to` covers out of `from`.
 void Span(int32_t i, int32_t from, int32_t to, int32_t* begin, int32_t* end) {
@@ -35,6 +41,56 @@ void Paste(const RgbImage& thumbnail, int32_t left, int32_t top, RgbImage* sheet
   }
 }
 
+int32_t LabelLineHeight() { return TextHeight(kLabelScale) + kLabelLineGap; }
+
+struct SheetLayout {
+  int32_t cell_width = 0;
+  int32_t cell_height = 0;
+  int32_t columns = 0;
+  int32_t rows = 0;
+  int32_t margin = 0;       // the labels' column, left of the first cell's gap
+  int32_t label_lines = 0;  // as many as fit beside one row
+};
+
+SheetLayout LayOutSheet(const std::vector<LabelledThumbnails>& clips, int32_t per_row) {
+  SheetLayout layout;
+  int32_t widest_label = 0;
+  for (const LabelledThumbnails& clip : clips) {
+    if (clip.thumbnails.empty()) continue;
+    for (const RgbImage& thumbnail : clip.thumbnails) {
+      layout.cell_width = std::max(layout.cell_width, thumbnail.width);
+      layout.cell_height = std::max(layout.cell_height, thumbnail.height);
+    }
+    const auto count = static_cast<int32_t>(clip.thumbnails.size());
+    layout.columns = std::max(layout.columns, std::min(per_row, count));
+    layout.rows += (count + per_row - 1) / per_row;
+    widest_label = std::max(widest_label, TextWidth(clip.label, kLabelScale));
+  }
+  if (widest_label > 0) {
+    layout.margin = kContactSheetGap + std::min(widest_label, kLabelWidth) + kContactSheetGap;
+  }
+  layout.label_lines = std::max(1, layout.cell_height / LabelLineHeight());
+  return layout;
+}
+
+// The label in lines of at most kLabelWidth pixels, broken between characters (file names seldom
+// have spaces), cut to the lines the row has room for.
+void DrawLabel(const std::string& label, int32_t top, const SheetLayout& layout, RgbImage* sheet) {
+  std::string line;
+  int32_t lines = 0;
+  for (size_t i = 0; i <= label.size() && lines < layout.label_lines; ++i) {
+    const bool starts_character = i < label.size() && (label[i] & 0xC0) != 0x80;
+    if (i == label.size() || (starts_character && !line.empty() &&
+                              TextWidth(line + label[i], kLabelScale) > kLabelWidth)) {
+      DrawText(line, kContactSheetGap, top + lines * LabelLineHeight(), kLabelScale, kLabelColour,
+               sheet);
+      ++lines;
+      line.clear();
+    }
+    if (i < label.size()) line += label[i];
+  }
+}
+
 }  // namespace
 
 RgbImage Thumbnail(const RgbImage& image, int32_t width) {
@@ -59,25 +115,28 @@ RgbImage Thumbnail(const RgbImage& image, int32_t width) {
   return thumbnail;
 }
 
-RgbImage ContactSheet(const std::vector<RgbImage>& thumbnails, int32_t per_row) {
+RgbImage ContactSheet(const std::vector<LabelledThumbnails>& clips, int32_t per_row) {
   RgbImage sheet;
-  if (thumbnails.empty() || per_row <= 0) return sheet;
-  int32_t cell_width = 0;
-  int32_t cell_height = 0;
-  for (const RgbImage& thumbnail : thumbnails) {
-    cell_width = std::max(cell_width, thumbnail.width);
-    cell_height = std::max(cell_height, thumbnail.height);
-  }
-  const auto count = static_cast<int32_t>(thumbnails.size());
-  const int32_t columns = std::min(per_row, count);
-  const int32_t rows = (count + per_row - 1) / per_row;
-  sheet.width = columns * (cell_width + kContactSheetGap) + kContactSheetGap;
-  sheet.height = rows * (cell_height + kContactSheetGap) + kContactSheetGap;
+  if (per_row <= 0) return sheet;
+  const SheetLayout layout = LayOutSheet(clips, per_row);
+  if (layout.rows == 0) return sheet;
+  sheet.width =
+      layout.margin + layout.columns * (layout.cell_width + kContactSheetGap) + kContactSheetGap;
+  sheet.height = layout.rows * (layout.cell_height + kContactSheetGap) + kContactSheetGap;
   sheet.pixels.assign(static_cast<size_t>(sheet.width) * sheet.height * 3, kBackground);
-  for (int32_t i = 0; i < count; ++i) {
-    Paste(thumbnails[static_cast<size_t>(i)],
-          kContactSheetGap + (i % per_row) * (cell_width + kContactSheetGap),
-          kContactSheetGap + (i / per_row) * (cell_height + kContactSheetGap), &sheet);
+  int32_t row = 0;
+  for (const LabelledThumbnails& clip : clips) {
+    if (clip.thumbnails.empty()) continue;
+    const int32_t top = kContactSheetGap + row * (layout.cell_height + kContactSheetGap);
+    DrawLabel(clip.label, top, layout, &sheet);
+    const auto count = static_cast<int32_t>(clip.thumbnails.size());
+    for (int32_t i = 0; i < count; ++i) {
+      Paste(
+          clip.thumbnails[static_cast<size_t>(i)],
+          layout.margin + kContactSheetGap + (i % per_row) * (layout.cell_width + kContactSheetGap),
+          top + (i / per_row) * (layout.cell_height + kContactSheetGap), &sheet);
+    }
+    row += (count + per_row - 1) / per_row;
   }
   return sheet;
 }

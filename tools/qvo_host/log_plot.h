@@ -1,16 +1,16 @@
-// The stitching time of every frame over the log's time, as a picture: a slow stretch, a stall or
-// a slow library shows at a glance.
+// The stitching time of every frame over the log's time, as the log report draws it: a slow
+// stretch, a stall or a slow clip shows at a glance.
 #pragma once
 
 #include <string>
 
 #include "qvo_host/log_summary.h"
+#include "qvo_host/time_plot.h"
 
 namespace host_sim {
 
-// Writes the plot as a PNG at `path`: time from left to right across the log, milliseconds from
-// the bottom up to the slowest frame, one dot a frame. False when there is no frame to plot or the
-// file cannot be written.
-bool WriteStitchingPlot(const LogSummary& summary, const std::string& path);
+// Titled `title`, seconds since the log's first entry across, one series per clip (named by its
+// file name) for the frames whose clip the log names, and one named `title` for any others.
+TimePlot StitchingTimePlot(const LogSummary& summary, const std::string& title);
 
 }  // namespace host_sim

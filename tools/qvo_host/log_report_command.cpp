@@ -9,6 +9,7 @@
 #include "qvo_host/log_parsing.h"
 #include "qvo_host/log_plot.h"
 #include "qvo_host/log_summary.h"
+#include "qvo_host/time_plot.h"
 
 namespace host_sim {
 namespace {
@@ -20,6 +21,13 @@ bool ReadFile(const std::string& path, std::string* text) {
   bytes << file.rdbuf();
   *text = bytes.str();
   return true;
+}
+
+// The log the user sent, by its file name, and how many more files came with it.
+std::string PlotTitle(const std::vector<std::string>& files) {
+  std::string title = std::filesystem::u8path(files.front()).filename().u8string();
+  if (files.size() > 1) title += " and " + std::to_string(files.size() - 1) + " more";
+  return title;
 }
 
 }  // namespace
@@ -38,14 +46,14 @@ bool ReportLogs(const std::vector<std::string>& files, const std::string& png_pa
   const LogSummary summary = Summarize(CombineInWrittenOrder(std::move(logs)));
   std::printf("%s", FormatSummary(summary).c_str());
   if (png_path.empty()) return true;
-  if (!WriteStitchingPlot(summary, png_path)) {
+  const TimePlot plot = StitchingTimePlot(summary, PlotTitle(files));
+  if (!WriteTimePlot(plot, png_path)) {
     std::fprintf(stderr, "qvo-host: no stitching plot written to %s\n", png_path.c_str());
     return false;
   }
-  std::printf("plot           %s: %lld s of log from left to right, 0 to %lld ms upwards\n",
-              png_path.c_str(),
+  std::printf("plot           %s: %lld s of log from left to right, %zu series\n", png_path.c_str(),
               static_cast<long long>(summary.last_seconds - summary.first_seconds),
-              static_cast<long long>(StitchingPercentile(summary, 100)));
+              plot.series.size());
   return true;
 }
 

@@ -36,7 +36,8 @@ int64_t NumberAfterColon(const std::string& message) {
   return colon == std::string::npos ? 0 : std::strtoll(message.c_str() + colon + 1, nullptr, 10);
 }
 
-// Follows each file's source: released by "clean up resource", made again by the next frame.
+// Follows each file's source: released by "clean up resource", made again by the next frame;
+// and the file whose frame is being stitched, named just before its time is logged.
 class SourceTracker {
  public:
   void Opened(const std::string& path) { released_.erase(path); }
@@ -48,10 +49,15 @@ class SourceTracker {
     closing_ = false;
     return !at_close;
   }
-  bool Fetching(const std::string& path) { return released_.erase(path) > 0; }
+  bool Fetching(const std::string& path) {
+    last_fetched_ = path;
+    return released_.erase(path) > 0;
+  }
+  const std::string& last_fetched() const { return last_fetched_; }
 
  private:
   std::set<std::string> released_;
+  std::string last_fetched_;
   bool closing_ = false;
 };
 
@@ -86,7 +92,8 @@ void Count(const LogEntry& entry, SourceTracker* sources, LogSummary* summary) {
       if (sources->Fetching(After(message, "get source video:"))) ++summary->sources_made_again;
       break;
     case kReadFrameConsume:
-      summary->stitching_ms.emplace_back(entry.seconds, NumberAfterColon(message));
+      summary->stitching.push_back(
+          {entry.seconds, NumberAfterColon(message), sources->last_fetched()});
       break;
     case kReadFrameResult:
       if (NumberAfterColon(message) != 0) ++summary->first_tries_failed;
@@ -141,9 +148,9 @@ LogSummary Summarize(const ParsedLog& log) {
 }
 
 int64_t StitchingPercentile(const LogSummary& summary, int32_t p) {
-  if (summary.stitching_ms.empty()) return 0;
+  if (summary.stitching.empty()) return 0;
   std::vector<int64_t> times;
-  for (const auto& sample : summary.stitching_ms) times.push_back(sample.second);
+  for (const StitchingSample& sample : summary.stitching) times.push_back(sample.milliseconds);
   std::sort(times.begin(), times.end());
   const size_t rank = (static_cast<size_t>(p) * times.size() + 99) / 100;
   return times[rank == 0 ? 0 : rank - 1];
@@ -161,7 +168,7 @@ std::string FormatSummary(const LogSummary& s) {
       << " failed the retry too\n"
       << "stitching      median " << StitchingPercentile(s, 50) << " ms, 95th percentile "
       << StitchingPercentile(s, 95) << " ms, maximum " << StitchingPercentile(s, 100)
-      << " ms, over " << s.stitching_ms.size() << " frames\n"
+      << " ms, over " << s.stitching.size() << " frames\n"
       << "sources        " << s.sources_released << " released (" << s.sources_released_to_make_room
       << " to make room), " << s.sources_made_again << " made again for frames, "
       << s.sources_not_made_again << " could not be made again\n"

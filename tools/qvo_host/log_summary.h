@@ -4,12 +4,19 @@
 #include <cstdint>
 #include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "qvo_host/log_parsing.h"
 
 namespace host_sim {
+
+struct StitchingSample {
+  int64_t seconds = 0;  // the entry's time stamp
+  int64_t milliseconds = 0;
+  // The file of the "get source video" line before it, which the same fetch writes; empty when
+  // the log holds none.
+  std::string clip;
+};
 
 struct LogSummary {
   int64_t entries = 0;
@@ -24,8 +31,8 @@ struct LogSummary {
   int64_t files_closed = 0;
 
   int64_t frames_stitched = 0;
-  // (time stamp, milliseconds) of every first try, from "read frame consume".
-  std::vector<std::pair<int64_t, int64_t>> stitching_ms;
+  // Every first try, from "read frame consume".
+  std::vector<StitchingSample> stitching;
   int64_t first_tries_failed = 0;
   int64_t retries = 0;
   int64_t retries_failed = 0;
