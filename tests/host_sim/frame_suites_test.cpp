@@ -4,10 +4,13 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "host_sim/host.h"
 #include "host_sim/ppix_suites.h"
+#include "platform/guarded_memory.h"
+#include "platform/pages.h"
 
 namespace {
 
@@ -205,6 +208,37 @@ TEST_F(FrameSuitesTest, AWriteJustOutsideAFrameIsAFaultWhenItIsFreedOrReported) 
             std::string::npos)
       << report.ToString();
   EXPECT_NE(report.ToString().find("write outside the 4x2 frame"), std::string::npos);
+}
+
+// A host that must catch a write past a frame at its first byte: the frame ends within 16 bytes of
+// an inaccessible page, which a fault handler can tell apart from any other address.
+TEST_F(FrameSuitesTest, WithGuardPagesAFrameEndsJustBeforeAnInaccessiblePage) {
+  host_.frames().set_guard_pages(true);
+  const size_t page = platform::PageSize();
+  for (const auto& [format, width, height] :
+       std::vector<std::tuple<PrPixelFormat, int32_t, int32_t>>{
+           {kPlanar, 7, 5}, {PrPixelFormat_BGRA_4444_8u, 95, 47}, {kPlanar, 3840, 1920}}) {
+    SCOPED_TRACE(std::to_string(width) + "x" + std::to_string(height));
+    PPixHand handle = Create(format, width, height);
+    const HostFrame& frame = Frame(handle);
+    EXPECT_TRUE(Aligned(frame.planes[0].bytes));
+    const uintptr_t end = reinterpret_cast<uintptr_t>(frame.planes[0].bytes) + frame.size;
+    const uintptr_t guard = (end + page - 1) / page * page;
+    EXPECT_LT(guard - end, 16u);
+    EXPECT_EQ(platform::BytesPastGuardedBlock(guard), static_cast<int64_t>(guard - end));
+    EXPECT_EQ(platform::BytesPastGuardedBlock(guard + page - 1),
+              static_cast<int64_t>(guard + page - 1 - end));
+    EXPECT_EQ(platform::BytesPastGuardedBlock(end - 1), -1);
+    EXPECT_EQ(platform::BytesPastGuardedBlock(guard + page), -1);
+    if (guard != end) frame.planes[0].bytes[frame.size] = 0;
+    EXPECT_EQ(ppix().Dispose(handle), suiteError_NoError);
+    EXPECT_EQ(platform::BytesPastGuardedBlock(guard), -1) << "a freed frame's page is forgotten";
+  }
+  HostReport report = host_.Report();
+  ASSERT_EQ(report.frame_faults.size(), 1u) << "the write into the slack of the 95x47 frame";
+  EXPECT_NE(report.frame_faults[0].find("95x47 frame of format 1634887522, after it"),
+            std::string::npos)
+      << report.frame_faults[0];
 }
 
 // Benchmarks recycle frame buffers; a recycled buffer keeps its bytes but is guarded afresh.

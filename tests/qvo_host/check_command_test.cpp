@@ -66,6 +66,19 @@ CommandRun RunCheckCommand(const std::vector<std::string>& files,
   return run;
 }
 
+TEST(CheckCommandTest, AFileThatIsNotThereIsACommandLineErrorBeforeAnythingRuns) {
+  TempFolder folder;
+  platform::ChildProcess command(
+      platform::ExecutableFolder() + "/" + platform::ProgramFileName("qvo-host"),
+      {"check", folder.Join("missing.qvo"), "--report", folder.Join("report")},
+      folder.Join("output.txt"));
+  platform::ChildEnd end;
+  ASSERT_TRUE(command.WaitForEnd(kRunBound, &end));
+  EXPECT_EQ(end.code, 2u);
+  EXPECT_THAT(ReadWholeFile(folder.path() / "output.txt"), HasSubstr("missing.qvo: no such file"));
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "report"));
+}
+
 TEST(CheckCommandTest, CleanClipsPassEveryCheckAndLeaveAReport) {
   TempFolder folder;
   const std::vector<std::string> files = {
