@@ -50,7 +50,10 @@ std::unique_ptr<HostFile> OpenAndCheck(Worker& worker, HostSession& session, siz
   worker.journal.Add(clip.path + ": opened and described", file != nullptr ? "result 0" : error,
                      file != nullptr);
   if (file == nullptr) return nullptr;
-  CheckFileInformation(file.get(), clip.path, &worker.journal);
+  {
+    CallScope call(&worker.journal, clip.path, "pixel formats");
+    CheckFileInformation(file.get(), clip.path, &worker.journal);
+  }
   CheckFrames(session, file.get(), clip.path,
               FramesToCheck(FrameCount(file.get()), worker.plan.random_frames), worker.log,
               &worker.journal);

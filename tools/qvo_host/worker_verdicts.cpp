@@ -18,7 +18,8 @@ std::string Seconds(std::chrono::milliseconds duration) {
 
 std::string CallOf(const WorkerRun& run) {
   if (run.call.empty()) return "the check's worker";
-  return run.call_clip.empty() ? run.call : run.call_clip + " " + run.call;
+  const std::string call = run.call_clip.empty() ? run.call : run.call_clip + " " + run.call;
+  return run.in_call ? call : "the check's worker, after " + call;
 }
 
 // fault, kind, code, where, address touched, bytes past a host buffer.
