@@ -6,6 +6,7 @@
 
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
+#include "platform/command_line.h"
 #include "qvo_host/audio_command.h"
 #include "qvo_host/check_command.h"
 #include "qvo_host/command_line.h"
@@ -158,7 +159,7 @@ int Run(const host_sim::CommandLine& line) {
 
 int main(int argc, char** argv) {
   host_sim::CommandLine line;
-  if (!host_sim::ParseCommandLine(argc, argv, &line)) {
+  if (!host_sim::ParseCommandLine(platform::Utf8CommandLine(argc, argv), &line)) {
     host_sim::PrintUsage();
     return 2;
   }
