@@ -13,6 +13,7 @@
 #include "qvo_host/file_inspection.h"
 #include "qvo_host/frames_command.h"
 #include "qvo_host/info_report.h"
+#include "qvo_host/leftovers_warning.h"
 #include "qvo_host/log_report_command.h"
 #include "qvo_host/serve_command.h"
 
@@ -57,10 +58,8 @@ void PrintFileTypes(const std::vector<host_sim::RegisteredFileType>& types, int3
   std::printf("  (list ended with result %d)\n", last_result);
 }
 
-// Only a run that left something behind says so.
 void PrintLeftovers(const host_sim::HostReport& report) {
-  if (report.clean()) return;
-  std::fprintf(stderr, "qvo-host: the plug-in left this behind:\n%s", report.ToString().c_str());
+  std::fputs(host_sim::LeftoversWarning(report).c_str(), stderr);
 }
 
 void RunStartUp(const host_sim::CommandLine& line, host_sim::HostSession* session) {
