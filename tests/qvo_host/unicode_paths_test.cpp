@@ -12,6 +12,8 @@
 #include <string>
 
 #include "platform/dynamic_library.h"
+#include "platform/environment.h"
+#include "support/environment.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -100,6 +102,10 @@ TEST(UnicodePathsTest, EveryCommandTakesThePathAsTypedAndSaysWhenTheLibraryCanno
     std::ofstream(folder / "clip.qvo", std::ios::binary) << kClip;
     std::ofstream(folder / "Plugin.log", std::ios::binary) << kLog;
     const bool spelled = SystemCodePageSpells(folder.wstring());
+    // The check's own profile goes there too, as under a user's profile folder with accents.
+    SavedEnvironment temp_folders({"TEMP", "TMP"}, false);
+    platform::SetEnvironment("TEMP", folder.u8string());
+    platform::SetEnvironment("TMP", folder.u8string());
     for (const Case& one : kCases) {
       const std::wstring arguments =
           Replaced(Replaced(one.arguments, L"{D}", folder.wstring()), L"{P}", plain_clip.wstring());
