@@ -39,7 +39,9 @@ TEST(PathConversionTest, SystemAnsiCanSpellExactlyWhatNarrowPathKeeps) {
         std::count(narrow.begin(), narrow.end(), '?') == std::count(path.begin(), path.end(), u'?');
     EXPECT_EQ(platform::SystemAnsiCanSpell(utf8), kept);
   }
-  EXPECT_FALSE(platform::SystemAnsiCanSpell("C:\\\xE9")) << "not UTF-8";
+  for (const char* not_utf8 : {"C:\\\xE9", "C:\\\xE0\x83\xA9"}) {
+    EXPECT_FALSE(platform::SystemAnsiCanSpell(not_utf8)) << "a lone byte, an overlong form";
+  }
 }
 
 }  // namespace

@@ -85,9 +85,9 @@ int ContinuationCount(unsigned char lead) {
   return -1;
 }
 
-// False for bytes that are not UTF-8 (overlong forms and surrogates are not told apart: a code
-// page spells neither).
+// False for bytes that are not UTF-8, overlong forms and code points past U+10FFFF included.
 bool DecodeUtf8(const std::string& utf8, std::u32string* code_points) {
+  constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
   for (size_t i = 0; i < utf8.size();) {
     const unsigned char lead = static_cast<unsigned char>(utf8[i]);
     const int count = ContinuationCount(lead);
@@ -98,6 +98,7 @@ bool DecodeUtf8(const std::string& utf8, std::u32string* code_points) {
       if ((next & 0xC0) != 0x80) return false;
       code_point = (code_point << 6) | (next & 0x3F);
     }
+    if (code_point < kSmallest[count] || code_point > 0x10FFFF) return false;
     code_points->push_back(code_point);
     i += static_cast<size_t>(count) + 1;
   }
