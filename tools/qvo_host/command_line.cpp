@@ -35,32 +35,32 @@ bool ParseFormat(const std::string& text, CommandLine* line) {
   return true;
 }
 
-// One option of `line->command` at arguments[*i], moving *i past its value.
-bool ParseOption(const std::vector<std::string>& arguments, size_t* i, CommandLine* line) {
-  const std::string& argument = arguments[*i];
-  const bool has_value = *i + 1 < arguments.size();
+// One option of `line->command` at argv[*i], moving *i past its value.
+bool ParseOption(int argc, char** argv, int* i, CommandLine* line) {
+  const std::string argument = argv[*i];
+  const bool has_value = *i + 1 < argc;
   const bool frames = line->command == "frames";
   const bool exports = frames || line->command == "audio";
   if (argument == "--plugin" && has_value) {
-    line->plugin_path = arguments[++*i];
+    line->plugin_path = argv[++*i];
   } else if (argument == "--interface-version" && has_value) {
-    return ParseInteger(arguments[++*i], &line->interface_version);
+    return ParseInteger(argv[++*i], &line->interface_version);
   } else if (argument == "--json" && line->command == "info") {
     line->json = true;
   } else if (argument == "--range" && has_value && frames) {
-    return ParseRange(arguments[++*i], line);
+    return ParseRange(argv[++*i], line);
   } else if (argument == "--format" && has_value && frames) {
-    return ParseFormat(arguments[++*i], line);
+    return ParseFormat(argv[++*i], line);
   } else if (argument == "--seconds" && has_value && line->command == "serve") {
-    return ParseInteger(arguments[++*i], &line->seconds) && line->seconds > 0;
+    return ParseInteger(argv[++*i], &line->seconds) && line->seconds > 0;
   } else if (argument == "--out" && has_value && exports) {
-    line->out = arguments[++*i];
+    line->out = argv[++*i];
   } else if (argument == "--frames" && has_value && line->command == "check") {
-    return ParseInteger(arguments[++*i], &line->random_frames) && line->random_frames >= 0;
+    return ParseInteger(argv[++*i], &line->random_frames) && line->random_frames >= 0;
   } else if (argument == "--report" && has_value && line->command == "check") {
-    line->report = arguments[++*i];
+    line->report = argv[++*i];
   } else if (argument == "--png" && has_value && line->command == "log-report") {
-    line->out = arguments[++*i];
+    line->out = argv[++*i];
   } else if (line->command != "start-up" && argument.rfind("--", 0) != 0) {
     line->files.push_back(argument);
   } else {
@@ -71,17 +71,17 @@ bool ParseOption(const std::vector<std::string>& arguments, size_t* i, CommandLi
 
 }  // namespace
 
-bool ParseCommandLine(const std::vector<std::string>& arguments, CommandLine* line) {
-  if (arguments.size() < 2) return false;
-  line->command = arguments[1];
+bool ParseCommandLine(int argc, char** argv, CommandLine* line) {
+  if (argc < 2) return false;
+  line->command = argv[1];
   line->plugin_path = DefaultPluginPath();
   const std::string& command = line->command;
   if (command != "start-up" && command != "info" && command != "frames" && command != "audio" &&
       command != "serve" && command != "check" && command != "log-report") {
     return false;
   }
-  for (size_t i = 2; i < arguments.size(); ++i) {
-    if (!ParseOption(arguments, &i, line)) return false;
+  for (int i = 2; i < argc; ++i) {
+    if (!ParseOption(argc, argv, &i, line)) return false;
   }
   if (command == "info" || command == "serve" || command == "check" || command == "log-report") {
     return !line->files.empty();

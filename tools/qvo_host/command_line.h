@@ -29,9 +29,8 @@ struct CommandLine {
   std::string report;
 };
 
-// `arguments` in UTF-8, the program's name first. False for a command line that names no known
-// command or lacks what its command needs.
-bool ParseCommandLine(const std::vector<std::string>& arguments, CommandLine* line);
+// False for a command line that names no known command or lacks what its command needs.
+bool ParseCommandLine(int argc, char** argv, CommandLine* line);
 
 void PrintUsage();
 

@@ -156,9 +156,13 @@ int Run(const host_sim::CommandLine& line) {
 
 }  // namespace
 
+// The arguments as UTF-8 from here on, whatever the system's code page.
 int main(int argc, char** argv) {
+  std::vector<std::string> arguments = platform::Utf8CommandLine(argc, argv);
+  std::vector<char*> utf8_argv;
+  for (std::string& argument : arguments) utf8_argv.push_back(&argument[0]);
   host_sim::CommandLine line;
-  if (!host_sim::ParseCommandLine(platform::Utf8CommandLine(argc, argv), &line)) {
+  if (!host_sim::ParseCommandLine(static_cast<int>(utf8_argv.size()), utf8_argv.data(), &line)) {
     host_sim::PrintUsage();
     return 2;
   }

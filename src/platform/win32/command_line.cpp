@@ -13,7 +13,7 @@ std::vector<std::string> Utf8CommandLine(int /*argc*/, char** /*argv*/) {
   int count = 0;
   wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;
-  for (int i = 0; i < count; ++i) arguments.push_back(NarrowToUtf8(wide[i]));
+  for (int i = 0; i < count; ++i) arguments.push_back(Utf8(wide[i]));
   LocalFree(wide);
   return arguments;
 }

@@ -17,7 +17,7 @@ uint32_t SystemAnsiCodePageNumber() { return GetACP(); }
 // reported, instead of turning silently into a look-alike.
 bool SystemAnsiCanSpell(const std::string& utf8) {
   if (GetACP() == CP_UTF8) return true;
-  const std::wstring wide = WidenUtf8(utf8);
+  const std::wstring wide = Widen(utf8);
   if (wide.empty()) return utf8.empty();
   BOOL used_default = FALSE;
   const int converted =
