@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+
+#include "platform/text_encoding.h"
+
 namespace {
 
 TEST(PathConversionTest, DropsTheFirstFourCharactersWhateverTheyAre) {
@@ -19,6 +24,24 @@ TEST(PathConversionTest, NarrowPathReplacesWhatTheCodePageLacksWhileUtf8KeepsIt)
   EXPECT_EQ(Utf8Path(path), "D:\\\xE4\xB8\xAD\xC3\xA9\xE2\x82\xAC\xC2\xA0.qvo");
   EXPECT_EQ(Utf8Path(u"\\\\?\\\U0001F600"), "\xF0\x9F\x98\x80");
   EXPECT_EQ(NarrowPath(u"\\\\?\\\U0001F600"), "??") << "one default character per code unit";
+}
+
+// Whatever the system code page is, it spells a path exactly when NarrowPath adds no default
+// character to it.
+TEST(PathConversionTest, SystemAnsiCanSpellExactlyWhatNarrowPathKeeps) {
+  const std::u16string paths[] = {u"C:\\a?.qvo", u"C:\\Caf\u00E9 360\u20AC",
+                                  u"C:\\\u65E5\u672C\u8A9E", u"C:\\\U0001F600"};
+  for (const std::u16string& path : paths) {
+    const std::string utf8 = Utf8Path((u"\\\\?\\" + path).c_str());
+    SCOPED_TRACE(utf8);
+    const std::string narrow = NarrowPath((u"\\\\?\\" + path).c_str());
+    const bool kept =
+        std::count(narrow.begin(), narrow.end(), '?') == std::count(path.begin(), path.end(), u'?');
+    EXPECT_EQ(platform::SystemAnsiCanSpell(utf8), kept);
+  }
+  for (const char* not_utf8 : {"C:\\\xE9", "C:\\\xE0\x83\xA9"}) {
+    EXPECT_FALSE(platform::SystemAnsiCanSpell(not_utf8)) << "a lone byte, an overlong form";
+  }
 }
 
 }  // namespace

@@ -1,13 +1,10 @@
 #include "support/environment.h"
 
-#include <cstdlib>
-
 #include "platform/environment.h"
 
 SavedEnvironment::SavedEnvironment(std::vector<std::string> names, bool unset) {
   for (std::string& name : names) {
-    const char* value = std::getenv(name.c_str());
-    saved_.emplace_back(name, value != nullptr ? std::optional<std::string>(value) : std::nullopt);
+    saved_.emplace_back(name, platform::GetEnvironment(name));
     if (unset) platform::UnsetEnvironment(name);
   }
 }

@@ -19,10 +19,12 @@ std::string PortFilePath(const std::string& home) { return home + kPortFolder + 
 
 bool WritePortFile(const std::string& home, uint16_t port) {
   std::error_code error;
-  std::filesystem::create_directories(platform::NativePath(home + kPortFolder), error);
+  std::filesystem::create_directories(
+      std::filesystem::u8path(platform::NativePath(home + kPortFolder)), error);
   if (error) return false;
   // Binary, so that the file holds the same bytes on every system.
-  std::ofstream file(platform::NativePath(PortFilePath(home)), std::ios::binary | std::ios::trunc);
+  std::ofstream file(std::filesystem::u8path(platform::NativePath(PortFilePath(home))),
+                     std::ios::binary | std::ios::trunc);
   file << port << '\n';
   file.close();
   return !file.fail();

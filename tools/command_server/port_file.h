@@ -1,6 +1,7 @@
 // The port file through which the plug-in finds the command server: the port as decimal text
 // and a newline, in `home`\AppData\Local\quorvel\Adobe\port, where `home` is what the plug-in
-// reads as HOMEDRIVE followed by HOMEPATH. Backslashes separate folders on every system.
+// reads as HOMEDRIVE followed by HOMEPATH. `home` is UTF-8, as the tools hold every path.
+// Backslashes separate folders on every system.
 #pragma once
 
 #include <cstdint>

@@ -11,6 +11,7 @@
 #include "command_server/command_server.h"
 #include "command_server/port_file.h"
 #include "command_server/tool_options.h"
+#include "platform/command_line.h"
 
 namespace {
 
@@ -84,7 +85,7 @@ std::unique_ptr<CommandServer> Listen(uint16_t port) {
 int main(int argc, char** argv) {
   ToolOptions options;
   std::string error;
-  if (!command_server::ParseToolOptions(argc, argv, &options, &error)) {
+  if (!command_server::ParseToolOptions(platform::Utf8CommandLine(argc, argv), &options, &error)) {
     std::fprintf(stderr, "qvo-command-server: %s\n", error.c_str());
     command_server::PrintUsage(stderr);
     return kCannotStart;

@@ -57,17 +57,18 @@ bool ParseValueOption(const std::string& name, const std::string& value, ToolOpt
 
 }  // namespace
 
-bool ParseToolOptions(int argc, char** argv, ToolOptions* options, std::string* error) {
-  for (int i = 1; i < argc; ++i) {
-    std::string argument = argv[i];
+bool ParseToolOptions(const std::vector<std::string>& arguments, ToolOptions* options,
+                      std::string* error) {
+  for (size_t i = 1; i < arguments.size(); ++i) {
+    const std::string& argument = arguments[i];
     if (argument == "--help" || argument == "-h") {
       options->help = true;
     } else if (argument.rfind("--", 0) != 0) {
       options->requests.push_back(argument);
-    } else if (i + 1 >= argc) {
+    } else if (i + 1 >= arguments.size()) {
       *error = "missing value for " + argument;
       return false;
-    } else if (!ParseValueOption(argument, argv[++i], options, error)) {
+    } else if (!ParseValueOption(argument, arguments[++i], options, error)) {
       return false;
     }
   }

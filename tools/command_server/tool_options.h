@@ -19,9 +19,10 @@ struct ToolOptions {
   bool help = false;
 };
 
-// Fills `options` from the arguments after the program name; false on a malformed command line,
-// with the reason in `error`.
-bool ParseToolOptions(int argc, char** argv, ToolOptions* options, std::string* error);
+// Fills `options` from `arguments` (UTF-8, the program's name first); false on a malformed
+// command line, with the reason in `error`.
+bool ParseToolOptions(const std::vector<std::string>& arguments, ToolOptions* options,
+                      std::string* error);
 
 void PrintUsage(std::FILE* stream);
 

@@ -2,21 +2,17 @@
 
 #include <string>
 
+#include "qvo_host/kept_by_design.h"
+
 namespace host_sim {
 namespace {
 
-constexpr char kAudioSuite[] = "Premiere Audio Suite";
 // A frame written outside its buffer is the frame checks' to report.
 constexpr char kWriteOutside[] = "write outside";
 
 std::string Describe(const SuiteBalance& suite) {
   return suite.name + " " + std::to_string(suite.version) + " acquired " +
          std::to_string(suite.acquired) + ", released " + std::to_string(suite.released);
-}
-
-// Closing a file releases the audio suite twice, once for the file and once for its context.
-bool KeptByDesign(const SuiteBalance& suite) {
-  return suite.name == kAudioSuite && suite.released == 2 * suite.acquired;
 }
 
 void CheckSuites(const HostReport& host_report, CheckJournal* journal) {

@@ -1,7 +1,6 @@
 #include "qvo_host/check_profile.h"
 
 #include <chrono>
-#include <cstdlib>
 #include <system_error>
 
 #include "platform/environment.h"
@@ -27,9 +26,7 @@ std::filesystem::path FreshFolder() {
 CheckProfile::CheckProfile() : folder_(FreshFolder()) {
   std::filesystem::create_directories(folder_ / "AppData" / "Local");
   for (const char* name : kProfileVariables) {
-    const char* value = std::getenv(name);
-    saved_environment_.emplace_back(
-        name, value != nullptr ? std::optional<std::string>(value) : std::nullopt);
+    saved_environment_.emplace_back(name, platform::GetEnvironment(name));
   }
   const std::string home = this->home();
   const size_t split = home.find_last_of("\\/");

@@ -1,10 +1,19 @@
 #include "qvo_host/opened_clip.h"
 
+#include <filesystem>
+
+#include "qvo_host/code_page_problem.h"
+
 namespace host_sim {
 namespace {
 
-std::string Failure(const char* step, int32_t result) {
-  return std::string(step) + " failed with result " + std::to_string(result);
+// The step that failed and its result, and why the library cannot be given the path when the
+// system code page cannot spell the path the plug-in was handed (without the "\\?\" prefix).
+std::string Failure(const char* step, int32_t result, const HostFile& file) {
+  const std::string failure = std::string(step) + " failed with result " + std::to_string(result);
+  const std::string problem =
+      CodePageProblem(std::filesystem::path(file.host_path().substr(4)).u8string());
+  return problem.empty() ? failure : failure + "; " + problem;
 }
 
 }  // namespace
@@ -20,13 +29,13 @@ std::unique_ptr<HostFile> OpenDescribedClip(HostSession& session, const std::str
   int32_t result = file->Open();
   if (result != imNoErr) {
     if (file->private_data() != nullptr) file->Close();
-    *error = Failure("open", result);
+    *error = Failure("open", result, *file);
     return nullptr;
   }
   result = file->GetInfo();
   if (result != imNoErr) {
     QuietAndClose(file.get());
-    *error = Failure("file information", result);
+    *error = Failure("file information", result, *file);
     return nullptr;
   }
   return file;

@@ -7,6 +7,7 @@
 
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
+#include "platform/command_line.h"
 #include "qvo_host/audio_command.h"
 #include "qvo_host/check_command.h"
 #include "qvo_host/check_plan.h"
@@ -15,6 +16,7 @@
 #include "qvo_host/file_inspection.h"
 #include "qvo_host/frames_command.h"
 #include "qvo_host/info_report.h"
+#include "qvo_host/leftovers_warning.h"
 #include "qvo_host/log_report_command.h"
 #include "qvo_host/serve_command.h"
 
@@ -59,10 +61,8 @@ void PrintFileTypes(const std::vector<host_sim::RegisteredFileType>& types, int3
   std::printf("  (list ended with result %d)\n", last_result);
 }
 
-// Only a run that left something behind says so.
 void PrintLeftovers(const host_sim::HostReport& report) {
-  if (report.clean()) return;
-  std::fprintf(stderr, "qvo-host: the plug-in left this behind:\n%s", report.ToString().c_str());
+  std::fputs(host_sim::LeftoversWarning(report).c_str(), stderr);
 }
 
 void RunStartUp(const host_sim::CommandLine& line, host_sim::HostSession* session) {
@@ -174,12 +174,16 @@ int RunCheck(const host_sim::CommandLine& line) {
 
 }  // namespace
 
+// The arguments as UTF-8 from here on, whatever the system's code page.
 int main(int argc, char** argv) {
-  if (argc == 3 && std::string(argv[1]) == host_sim::kCheckWorkerCommand) {
-    return host_sim::RunCheckWorker(argv[2]);
+  std::vector<std::string> arguments = platform::Utf8CommandLine(argc, argv);
+  std::vector<char*> utf8_argv;
+  for (std::string& argument : arguments) utf8_argv.push_back(&argument[0]);
+  if (utf8_argv.size() == 3 && std::string(utf8_argv[1]) == host_sim::kCheckWorkerCommand) {
+    return host_sim::RunCheckWorker(utf8_argv[2]);
   }
   host_sim::CommandLine line;
-  if (!host_sim::ParseCommandLine(argc, argv, &line)) {
+  if (!host_sim::ParseCommandLine(static_cast<int>(utf8_argv.size()), utf8_argv.data(), &line)) {
     host_sim::PrintUsage();
     return 2;
   }

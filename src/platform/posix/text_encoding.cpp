@@ -76,6 +76,35 @@ std::string ToUtf8Terminated(const char16_t* wide) {
   return converted;
 }
 
+// The bytes after a UTF-8 lead byte, or -1 for a byte no sequence starts with.
+int ContinuationCount(unsigned char lead) {
+  if (lead < 0x80) return 0;
+  if (lead >= 0xC2 && lead <= 0xDF) return 1;
+  if (lead >= 0xE0 && lead <= 0xEF) return 2;
+  if (lead >= 0xF0 && lead <= 0xF4) return 3;
+  return -1;
+}
+
+// False for bytes that are not UTF-8, overlong forms and code points past U+10FFFF included.
+bool DecodeUtf8(const std::string& utf8, std::u32string* code_points) {
+  constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
+  for (size_t i = 0; i < utf8.size();) {
+    const unsigned char lead = static_cast<unsigned char>(utf8[i]);
+    const int count = ContinuationCount(lead);
+    if (count < 0 || utf8.size() - i <= static_cast<size_t>(count)) return false;
+    char32_t code_point = count == 0 ? lead : lead & (0x3F >> count);
+    for (int k = 1; k <= count; ++k) {
+      const unsigned char next = static_cast<unsigned char>(utf8[i + k]);
+      if ((next & 0xC0) != 0x80) return false;
+      code_point = (code_point << 6) | (next & 0x3F);
+    }
+    if (code_point < kSmallest[count] || code_point > 0x10FFFF) return false;
+    code_points->push_back(code_point);
+    i += static_cast<size_t>(count) + 1;
+  }
+  return true;
+}
+
 }  // namespace
 
 int WideToMultiByte(CodePage code_page, const char16_t* wide, char* out, int out_size) {
@@ -86,6 +115,17 @@ int WideToMultiByte(CodePage code_page, const char16_t* wide, char* out, int out
   if (out_size < needed) return 0;
   converted.copy(out, converted.size());
   return needed;
+}
+
+uint32_t SystemAnsiCodePageNumber() { return 1252; }
+
+bool SystemAnsiCanSpell(const std::string& utf8) {
+  std::u32string code_points;
+  if (!DecodeUtf8(utf8, &code_points)) return false;
+  for (char32_t c : code_points) {
+    if (c != kDefaultCharacter && ToCp1252(c) == kDefaultCharacter) return false;
+  }
+  return true;
 }
 
 }  // namespace platform
