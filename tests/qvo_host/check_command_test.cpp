@@ -111,6 +111,10 @@ TEST(CheckCommandTest, EachFaultFailsExactlyTheChecksItBreaksAndTheRunGoesOn) {
   const std::string not_run = ": the checks after that call";
   const std::vector<FaultCase> cases = {
       {"clean", "", {}, ""},
+      {"create_fails",
+       R"("create": true)",
+       {": opened and described"},
+       "open failed with result 99"},
       {"rows_unwritten",
        R"("rows_unwritten": 2)",
        {" YUV 4:2:0 frames: every row written", " BGRA frames: every row written"},

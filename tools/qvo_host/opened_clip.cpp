@@ -1,11 +1,14 @@
 #include "qvo_host/opened_clip.h"
 
+#include <atomic>
 #include <filesystem>
 
 #include "qvo_host/code_page_problem.h"
 
 namespace host_sim {
 namespace {
+
+std::atomic<int64_t> records_kept_by_failed_opens{0};
 
 // The step that failed and its result, and why the library cannot be given the path when the
 // system code page cannot spell the path the plug-in was handed (without the "\\?\" prefix).
@@ -28,7 +31,10 @@ std::unique_ptr<HostFile> OpenDescribedClip(HostSession& session, const std::str
   auto file = std::make_unique<HostFile>(session, native_path, file_type->file_type);
   int32_t result = file->Open();
   if (result != imNoErr) {
-    if (file->private_data() != nullptr) file->Close();
+    if (file->private_data() != nullptr) {
+      records_kept_by_failed_opens.fetch_add(1);
+      file->Close();
+    }
     *error = Failure("open", result, *file);
     return nullptr;
   }
@@ -40,6 +46,8 @@ std::unique_ptr<HostFile> OpenDescribedClip(HostSession& session, const std::str
   }
   return file;
 }
+
+int64_t RecordsKeptByFailedOpens() { return records_kept_by_failed_opens.load(); }
 
 void QuietAndClose(HostFile* file) {
   file->Quiet();

@@ -2,6 +2,7 @@
 // picked by the extension, then the file opened and described.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -16,6 +17,10 @@ namespace host_sim {
 // REQUIRES: session.FileTypes() has been asked.
 std::unique_ptr<HostFile> OpenDescribedClip(HostSession& session, const std::string& native_path,
                                             std::string* error);
+
+// The private records that the plug-in kept, allocated and locked, after answering an open in this
+// process with a failure: it keeps them on purpose when the library's Create fails.
+int64_t RecordsKeptByFailedOpens();
 
 // imQuietFile, then imCloseFile, as the host ends its use of a file.
 void QuietAndClose(HostFile* file);
