@@ -41,6 +41,8 @@ bool CanHold(int32_t width, int32_t height, uint8_t** planes, const int* strides
 
 // 16 bytes: within the guard bytes a careful host keeps around its buffers.
 constexpr size_t kBytesPastEnd = 16;
+// Where a crash writes: a field of an object that is not there.
+constexpr uintptr_t kFieldOfNoObject = 0x40;
 // More than a page: what a wrong stride or a row too many writes.
 constexpr size_t kBytesFarPastEnd = 3 * 4096;
 
@@ -140,8 +142,9 @@ int32_t StandinSource::WriteVideo(int64_t frame_index, int32_t width, int32_t he
 void StandinSource::FailHard(int64_t frame_index) const {
   const InjectedFaults& faults = project_.faults;
   if (faults.crash_frames.count(frame_index) != 0) {
-    // Read through a volatile pointer, so that the compiler cannot see the null and trap instead.
-    int* volatile target = nullptr;
+    // A field of an object that is not there: an address in the first page, which nothing maps.
+    // Written through a volatile pointer, so that the compiler cannot see it and trap instead.
+    int* volatile target = reinterpret_cast<int*>(kFieldOfNoObject);
     *target = 1;
   }
   while (faults.hang_frames.count(frame_index) != 0) {

@@ -148,14 +148,17 @@ SelectorHandler HandlerOf(int32_t selector) {
 
 int32_t CallHandler(int32_t selector, SelectorHandler handler, imStdParms* std_parms, void* param1,
                     void* param2) {
-  const char* what = "unknown exception";
+  // Logged inside each handler: the text of an exception ends with the exception.
+  const auto log_failure = [selector](const char* what) {
+    PluginLog::Get()->Write(kLogError, kLogSource, log_site::kSelectorException,
+                            "Selector %d failed: %s", selector, what);
+  };
   try {
     return handler(std_parms, param1, param2);
   } catch (const std::exception& error) {
-    what = error.what();
+    log_failure(error.what());
   } catch (...) {
+    log_failure("unknown exception");
   }
-  PluginLog::Get()->Write(kLogError, kLogSource, log_site::kSelectorException,
-                          "Selector %d failed: %s", selector, what);
   return malUnknownError;
 }
