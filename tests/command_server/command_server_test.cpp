@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "command_server/loopback_client.h"
@@ -122,6 +124,28 @@ TEST(PortFileTest, HoldsThePortAsADecimalLineUnderTheHomeFolderAndIsReplacedWhol
 
   temp.WriteFile("file", "a file where the home folder should be");
   EXPECT_FALSE(command_server::WritePortFile(temp.path().string() + "\\file", 8040));
+}
+
+// The plug-in may read the file at any moment, and takes an empty line for the end of the host.
+TEST(PortFileTest, AReaderFindsAWholeLineWhileTheFileIsRewritten) {
+  TempFolder temp;
+  const std::string home = temp.path().string();
+  ASSERT_TRUE(command_server::WritePortFile(home, 80));
+  std::atomic<bool> writing{true};
+  std::thread writer([&home, &writing] {
+    for (int i = 0; i < 200; ++i) {
+      EXPECT_TRUE(command_server::WritePortFile(home, i % 2 == 0 ? 8040 : 80));
+    }
+    writing = false;
+  });
+  const std::filesystem::path file =
+      temp.path() / "AppData" / "Local" / "quorvel" / "Adobe" / "port";
+  while (writing) {
+    const std::string text = ReadWholeFile(file);
+    ASSERT_TRUE(text == "80\n" || text == "8040\n") << '"' << text << '"';
+    std::this_thread::yield();
+  }
+  writer.join();
 }
 
 TEST(RequestsTest, EscapeThePathAsJsonText) {
