@@ -8,6 +8,6 @@ namespace platform {
 
 // Moves `from` over `to`, which may exist. A Windows reader that holds `to` open blocks the move
 // for that time, so it is tried again for a short while. False when it cannot be done.
-bool ReplaceFile(const std::filesystem::path& from, const std::filesystem::path& to);
+bool MoveFileOver(const std::filesystem::path& from, const std::filesystem::path& to);
 
 }  // namespace platform

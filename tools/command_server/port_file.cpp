@@ -35,7 +35,7 @@ bool WritePortFile(const std::string& home, uint16_t port) {
   const std::filesystem::path file(platform::NativePath(PortFilePath(home)));
   std::filesystem::path written = file;
   written += ".new";
-  if (WriteDecimalLine(written, port) && platform::ReplaceFile(written, file)) return true;
+  if (WriteDecimalLine(written, port) && platform::MoveFileOver(written, file)) return true;
   std::filesystem::remove(written, error);
   return false;
 }
