@@ -53,8 +53,8 @@ elseif(MSVC)
   # vcpkg puts stb's headers directly in its include folder, Debian in a stb folder: the Debian
   # spelling reaches vcpkg's header through a forwarding header.
   set(QUORVEL_THIRD_PARTY_INCLUDE ${CMAKE_BINARY_DIR}/third_party_include)
-  file(WRITE ${QUORVEL_THIRD_PARTY_INCLUDE}/stb/stb_image_write.h
-       "#pragma once\n#include <stb_image_write.h>\n")
+  file(CONFIGURE OUTPUT ${QUORVEL_THIRD_PARTY_INCLUDE}/stb/stb_image_write.h
+       CONTENT "#pragma once\n#include <stb_image_write.h>\n")
   add_library(quorvel_third_party INTERFACE)
   target_link_libraries(quorvel_third_party INTERFACE rapidjson asio::asio)
   target_include_directories(quorvel_third_party SYSTEM INTERFACE ${QUORVEL_THIRD_PARTY_INCLUDE}
