@@ -8,7 +8,22 @@ function(quorvel_warnings target)
   else()
     target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
   endif()
+  if(QUORVEL_MSVC_WARNINGS)
+    # What clang can model of MSVC's /W4: C4267 and C4244 (narrowing to 32 bits), C4456 to C4459
+    # (shadowing), C4100 (unused parameters), C4996 (deprecated declarations).
+    target_compile_options(${target} PRIVATE -Wshorten-64-to-32 -Wshadow -Wunused-parameter
+                                             -Wdeprecated-declarations)
+  endif()
 endfunction()
+
+option(QUORVEL_MSVC_WARNINGS "Add the clang warnings that model MSVC's (linux-msvc-warnings)" OFF)
+
+# MSVC deprecates the C runtime's plain file, environment and string calls (C4996, an error under
+# /WX) in favour of its own _s variants; the project keeps the portable calls.
+include(${CMAKE_CURRENT_LIST_DIR}/MsvcDefinitions.cmake)
+if(MSVC)
+  add_compile_definitions(${QUORVEL_MSVC_DEFINITIONS})
+endif()
 
 if(WIN32)
   set(QUORVEL_PLATFORM_DIR win32)
@@ -35,9 +50,15 @@ elseif(MSVC)
   find_package(RapidJSON CONFIG REQUIRED)
   find_package(asio CONFIG REQUIRED)
   find_package(Stb REQUIRED)
+  # vcpkg puts stb's headers directly in its include folder, Debian in a stb folder: the Debian
+  # spelling reaches vcpkg's header through a forwarding header.
+  set(QUORVEL_THIRD_PARTY_INCLUDE ${CMAKE_BINARY_DIR}/third_party_include)
+  file(CONFIGURE OUTPUT ${QUORVEL_THIRD_PARTY_INCLUDE}/stb/stb_image_write.h
+       CONTENT "#pragma once\n#include <stb_image_write.h>\n")
   add_library(quorvel_third_party INTERFACE)
   target_link_libraries(quorvel_third_party INTERFACE rapidjson asio::asio)
-  target_include_directories(quorvel_third_party SYSTEM INTERFACE ${Stb_INCLUDE_DIR})
+  target_include_directories(quorvel_third_party SYSTEM INTERFACE ${QUORVEL_THIRD_PARTY_INCLUDE}
+                                                                   ${Stb_INCLUDE_DIR})
 else()
   add_library(quorvel_third_party INTERFACE)
 endif()

@@ -3,7 +3,7 @@
 set -euo pipefail
 
 packages=(
-  build-essential cmake ninja-build clang-format clang libclang-rt-14-dev
+  build-essential cmake ninja-build clang-format clang libclang-rt-14-dev jq
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   rapidjson-dev libasio-dev libstb-dev
   g++-mingw-w64-x86-64-posix mingw-w64-tools

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Sets up this machine, builds the linux, linux-sanitize, linux-tsan, linux-fuzz and windows
+# Sets up this machine, compiles everything with the warnings that model MSVC's
+# (scripts/msvc_warnings.sh), builds the linux, linux-sanitize, linux-tsan, linux-fuzz and windows
 # builds, and runs every test (the windows build's under Wine; linux-fuzz's fuzz each target for
 # 30 s).
 set -euo pipefail
@@ -13,6 +14,8 @@ mkdir -p build
 cmake/wine-run.sh wineboot --init >/dev/null 2>&1 || true
 
 status=0
+echo "=== linux-msvc-warnings ==="
+./scripts/msvc_warnings.sh || status=1
 for preset in linux linux-sanitize linux-tsan linux-fuzz windows; do
   echo "=== $preset ==="
   ./scripts/build.sh "$preset"

@@ -96,7 +96,8 @@ int32_t GetDataRateTable(imDataRateAnalysisRec* record) {
                      BytesPerPixelForCodec(header.video_codec);
   // Never more entries than the host's buffer holds.
   const int32_t buffer_size = record->buffersize;
-  const uint32_t capacity = static_cast<uint32_t>(std::max(buffer_size, 0)) / sizeof(imDataSample);
+  const uint32_t capacity =
+      static_cast<uint32_t>(static_cast<size_t>(std::max(buffer_size, 0)) / sizeof(imDataSample));
   const uint32_t entries = std::min(header.frame_count, capacity);
   for (uint32_t i = 0; i < entries; ++i) {
     std::memcpy(record->buffer + i * sizeof(imDataSample), &entry, sizeof(entry));

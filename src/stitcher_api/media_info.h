@@ -7,6 +7,12 @@
 #include <cstdint>
 #include <string>
 
+// The layout is the library's: x64 MSVC warns (C4315) that the packed string is not aligned as its
+// constructor expects, which both sides accept by sharing this very layout.
+#if defined(_MSC_VER)
+#pragma warning(push)
+#pragma warning(disable : 4315)
+#endif
 #pragma pack(push, 1)
 struct MediaInfo {
   uint8_t has_video = 0;
@@ -23,6 +29,9 @@ struct MediaInfo {
   std::string offset;
 };
 #pragma pack(pop)
+#if defined(_MSC_VER)
+#pragma warning(pop)
+#endif
 
 static_assert(sizeof(std::string) == 32,
               "MediaInfo needs the 32-byte std::string of release builds");

@@ -246,7 +246,8 @@ TEST_F(TcpClientTest, WritesArriveWholeAndInOrder) {
   for (size_t index = 0; index < 40; ++index) {
     // Every tenth message is large enough to need several sends.
     const size_t length = index % 10 == 0 ? 300000 : 7;
-    texts.push_back(std::to_string(index) + std::string(length, 'a' + index % 26));
+    texts.push_back(std::to_string(index) +
+                    std::string(length, static_cast<char>('a' + index % 26)));
     const std::string framed = texts.back() + "###";
     client_->async_write({std::vector<char>(framed.begin(), framed.end()),
                           [&mutex, &answers, index](TcpClient::WriteResult& result) {

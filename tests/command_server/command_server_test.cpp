@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "command_server/loopback_client.h"
@@ -122,6 +126,35 @@ TEST(PortFileTest, HoldsThePortAsADecimalLineUnderTheHomeFolderAndIsReplacedWhol
 
   temp.WriteFile("file", "a file where the home folder should be");
   EXPECT_FALSE(command_server::WritePortFile(temp.path().string() + "\\file", 8040));
+}
+
+// The plug-in may read the file at any moment, and takes an empty line for the end of the host.
+// On Windows the file cannot be opened at the instant it is moved, which the plug-in takes for a
+// missing file and reads again; a file it opens must hold a whole line.
+TEST(PortFileTest, AReaderFindsAWholeLineWhileTheFileIsRewritten) {
+  TempFolder temp;
+  const std::string home = temp.path().string();
+  ASSERT_TRUE(command_server::WritePortFile(home, 80));
+  std::atomic<bool> writing{true};
+  std::thread writer([&home, &writing] {
+    for (int i = 0; i < 200; ++i) {
+      EXPECT_TRUE(command_server::WritePortFile(home, i % 2 == 0 ? 8040 : 80));
+    }
+    writing = false;
+  });
+  const std::filesystem::path file =
+      temp.path() / "AppData" / "Local" / "quorvel" / "Adobe" / "port";
+  std::optional<std::string> torn;
+  while (writing && !torn) {
+    std::ifstream reader(file, std::ios::binary);
+    if (!reader.is_open()) continue;
+    const std::string text{std::istreambuf_iterator<char>(reader), {}};
+    if (text != "80\n" && text != "8040\n") torn = text;
+    reader.close();
+    std::this_thread::yield();
+  }
+  writer.join();
+  EXPECT_EQ(torn, std::nullopt) << "read \"" << *torn << '"';
 }
 
 TEST(RequestsTest, EscapeThePathAsJsonText) {

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Installs the MSI silently in a fresh Wine prefix, over an older version of itself; checks the
-# files, that the system lists it once, that a host program living elsewhere loads the installed
-# plug-in; installs it again into the folder the host's registry names; uninstalls and checks that
-# everything it installed is gone.
+# Installs the MSI silently in a fresh Wine prefix, over an older version of itself, then a
+# rebuild of the same version over it; checks the files, that the system lists it once, that a
+# host program living elsewhere loads the installed plug-in; installs it again into the folder the
+# host's registry names; uninstalls and checks that everything it installed is gone.
 #   msi_install_test.sh PACKAGE.msi STAGE_DIR WXS QVO_HOST_EXE
 set -euo pipefail
 msi=$1 stage=$2 wxs=$3 qvo_host=$4
@@ -33,6 +33,20 @@ for file in QuorvelOmniImporter.prm OmniStitcher.dll; do
 done
 check '[ "$(listed)" = 1 ]' "the upgrade replaced the older release: one entry in the program list"
 
+# A rebuild of the same version, made by the package folder's own script from a stage whose
+# plug-in differs (bytes past its end, which Windows loads without reading).
+rebuild="$work/rebuild"
+mkdir -p "$rebuild"
+cp -r "$stage" "$(dirname "$msi")/make_packages.cmake" "$(dirname "$msi")/QuorvelOmniImporter.wxs" \
+  "$rebuild/"
+printf 'rebuilt' >>"$rebuild/stage/QuorvelOmniImporter.prm"
+cmake -P "$rebuild/make_packages.cmake"
+rebuilt_msi="$rebuild/$(basename "$msi")"
+wine msiexec /i "$rebuilt_msi" /qn
+check 'cmp -s "$rebuild/stage/QuorvelOmniImporter.prm" "$default_dir/QuorvelOmniImporter.prm"' \
+  "a rebuild of the same version installs its files"
+check '[ "$(listed)" = 1 ]' "and replaces the installed one: one entry in the program list"
+
 mkdir -p "$work/host"
 cp "$qvo_host" "$work/host/qvo-host.exe"
 echo '{"width": 64, "height": 32}' >"$work/host/clip.qvo"
@@ -41,7 +55,7 @@ info=$(wine "$work/host/qvo-host.exe" info "$(winepath -w "$work/host/clip.qvo")
        tr -d '\r')
 check 'grep -q "^  picture        64 x 32$" <<<"$info"' "a host program elsewhere imports through the installed plug-in"
 
-wine msiexec /x "$msi" /qn
+wine msiexec /x "$rebuilt_msi" /qn
 check '[ ! -e "$default_dir" ]' "uninstalling removes the plug-in's folder"
 check '[ "$(listed)" = 0 ]' "uninstalling removes the program-list entry"
 

@@ -25,6 +25,21 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kStitcher[] = "OmniStitcher.dll";
+// The library's calls (stitcher_api/pr_source.h), as each compiler decorates their declarations.
+#if defined(_MSC_VER)
+constexpr const char* kStitcherCalls[] = {
+    "?Create@PrSourceFactory@@SA?AV?$shared_ptr@VPRSource@@@std@@AEBV?$basic_string@DU?$char_"
+    "traits@D@std@@V?$allocator@D@2@@3@PEAUMediaInfo@@@Z",
+    "?Destroy@PrSourceFactory@@SAXAEAV?$shared_ptr@VPRSource@@@std@@@Z",
+    "?GetVideoFrame@PRSource@@QEAAH_JHHPEAPEAEPEAH@Z", "?GetAudioFrame@PRSource@@QEAAH_J0PEAPEAM@Z",
+    "?Update@PRSource@@QEAA_NXZ"};
+#else
+constexpr const char* kStitcherCalls[] = {
+    "_ZN15PrSourceFactory6CreateERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEEP9MediaInfo",
+    "_ZN15PrSourceFactory7DestroyERSt10shared_ptrI8PRSourceE",
+    "_ZN8PRSource13GetVideoFrameExiiPPhPi", "_ZN8PRSource13GetAudioFrameExxPPf",
+    "_ZN8PRSource6UpdateEv"};
+#endif
 
 std::string Lower(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(), ::tolower);
@@ -148,20 +163,19 @@ TEST_F(HostLoadingTest, IsAnImporterThatDelayLoadsTheStitchingLibrary) {
   std::memcpy(&code, LockResource(LoadResource(module, resource)), sizeof(code));
   EXPECT_EQ(code, 0x0071766Fu);
 
-  const std::vector<std::string> system_dlls = {"kernel32.dll", "ws2_32.dll",   "msvcrt.dll",
-                                                "user32.dll",   "advapi32.dll", "ntdll.dll",
-                                                "ucrtbase.dll"};
+  std::vector<std::string> system_dlls = {"kernel32.dll", "ws2_32.dll", "msvcrt.dll",  "user32.dll",
+                                          "advapi32.dll", "ntdll.dll",  "ucrtbase.dll"};
+#if defined(_MSC_VER)
+  // The Visual C++ runtime of a /MD build, which the stitching library needs as well.
+  system_dlls.insert(system_dlls.end(), {"msvcp140.dll", "vcruntime140.dll", "vcruntime140_1.dll"});
+#endif
   for (const std::string& name : ModuleImage(module).ImportedDlls()) {
     bool system = name.rfind("api-ms-win-", 0) == 0 ||
                   std::find(system_dlls.begin(), system_dlls.end(), name) != system_dlls.end();
     EXPECT_TRUE(system) << name << " is loaded with the plug-in, wherever it is searched for";
   }
   std::vector<std::string> delayed = ModuleImage(module).DelayImportedFunctions(kStitcher);
-  for (const char* call : {"_ZN15PrSourceFactory6CreateERKNSt7__cxx1112basic_stringIcSt11char_"
-                           "traitsIcESaIcEEEP9MediaInfo",
-                           "_ZN15PrSourceFactory7DestroyERSt10shared_ptrI8PRSourceE",
-                           "_ZN8PRSource13GetVideoFrameExiiPPhPi",
-                           "_ZN8PRSource13GetAudioFrameExxPPf", "_ZN8PRSource6UpdateEv"}) {
+  for (const char* call : kStitcherCalls) {
     EXPECT_NE(std::find(delayed.begin(), delayed.end(), call), delayed.end()) << call;
   }
 }

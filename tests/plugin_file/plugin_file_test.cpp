@@ -13,15 +13,37 @@
 
 namespace {
 
+// PrSourceFactory's members that the plug-in exports for the library (stitcher_api/pr_source.h),
+// and HandlerOf (importer/selector_table.h), which must stay hidden, as each compiler decorates
+// their declarations.
+#if defined(_MSC_VER)
+#define QUORVEL_MSVC_STRING "V?$basic_string@DU?$char_traits@D@std@@V?$allocator@D@2@@std@@"
+#define QUORVEL_MSVC_KEY_TRAITS                                        \
+  "U?$hash@" QUORVEL_MSVC_STRING "@2@U?$equal_to@" QUORVEL_MSVC_STRING \
+  "@2@V?$allocator@U?$pair@$$CB" QUORVEL_MSVC_STRING
+constexpr const char* kExportedMembers[] = {
+    "?mutex_@PrSourceFactory@@2Vmutex@std@@A",
+    "?refs_@PrSourceFactory@@2V?$unordered_map@" QUORVEL_MSVC_STRING "H" QUORVEL_MSVC_KEY_TRAITS
+    "H@std@@@2@@std@@A",
+    "?sources_@PrSourceFactory@@2V?$unordered_map@" QUORVEL_MSVC_STRING
+    "V?$shared_ptr@VPRSource@@@2@" QUORVEL_MSVC_KEY_TRAITS
+    "V?$shared_ptr@VPRSource@@@2@@std@@@2@@std@@A",
+    "??4PrSourceFactory@@QEAAAEAV0@AEBV0@@Z"};
+constexpr char kHiddenHandlerOf[] = "?HandlerOf@@YAP6AHPEAUimStdParms@@PEAX1@ZH@Z";
+#else
+constexpr const char* kExportedMembers[] = {
+    "_ZN15PrSourceFactory6mutex_E", "_ZN15PrSourceFactory5refs_B5cxx11E",
+    "_ZN15PrSourceFactory8sources_B5cxx11E", "_ZN15PrSourceFactoryaSERKS_"};
+constexpr char kHiddenHandlerOf[] = "_Z9HandlerOfi";
+#endif
+
 TEST(PluginFileTest, ExportsTheEntryPointAndTheStitchingLibrarysStatics) {
   host_sim::PluginModule plugin(host_sim::DefaultPluginPath());
   ASSERT_TRUE(plugin.loaded()) << plugin.error();
-  for (const char* symbol :
-       {"_ZN15PrSourceFactory6mutex_E", "_ZN15PrSourceFactory5refs_B5cxx11E",
-        "_ZN15PrSourceFactory8sources_B5cxx11E", "_ZN15PrSourceFactoryaSERKS_"}) {
+  for (const char* symbol : kExportedMembers) {
     EXPECT_NE(plugin.Symbol(symbol), nullptr) << symbol;
   }
-  EXPECT_EQ(plugin.Symbol("_Z9HandlerOfi"), nullptr) << "internal code must stay hidden";
+  EXPECT_EQ(plugin.Symbol(kHiddenHandlerOf), nullptr) << "internal code must stay hidden";
 }
 
 // Runs with the production values: the command thread connects on its first pass, and shut-down
