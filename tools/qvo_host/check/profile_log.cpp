@@ -1,4 +1,4 @@
-#include "qvo_host/profile_log.h"
+#include "qvo_host/check/profile_log.h"
 
 #include <fstream>
 #include <sstream>

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "qvo_host/profile_log.h"
+#include "qvo_host/check/profile_log.h"
 
 namespace host_sim {
 

@@ -1,4 +1,4 @@
-#include "qvo_host/sound_checks.h"
+#include "qvo_host/check/sound_checks.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "qvo_host/check_command.h"
+#include "qvo_host/check/check_command.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,12 +8,12 @@
 #include <system_error>
 
 #include "platform/child_process.h"
-#include "qvo_host/check_plan.h"
-#include "qvo_host/check_profile.h"
-#include "qvo_host/check_report_files.h"
-#include "qvo_host/log_checks.h"
-#include "qvo_host/worker_supervision.h"
-#include "qvo_host/worker_verdicts.h"
+#include "qvo_host/check/check_plan.h"
+#include "qvo_host/check/check_profile.h"
+#include "qvo_host/check/check_report_files.h"
+#include "qvo_host/check/log_checks.h"
+#include "qvo_host/check/worker_supervision.h"
+#include "qvo_host/check/worker_verdicts.h"
 
 namespace host_sim {
 namespace {

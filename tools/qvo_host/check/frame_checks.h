@@ -10,8 +10,8 @@
 
 #include "host_sim/host_file.h"
 #include "host_sim/host_session.h"
-#include "qvo_host/check_journal.h"
-#include "qvo_host/profile_log.h"
+#include "qvo_host/check/check_journal.h"
+#include "qvo_host/check/profile_log.h"
 
 namespace host_sim {
 

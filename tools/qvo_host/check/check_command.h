@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "qvo_host/check_report.h"
+#include "qvo_host/check/check_report.h"
 
 namespace host_sim {
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "host_sim/host_report.h"
-#include "qvo_host/check_journal.h"
+#include "qvo_host/check/check_journal.h"
 
 namespace host_sim {
 

@@ -5,7 +5,7 @@
 #include <chrono>
 
 #include "host_sim/host_session.h"
-#include "qvo_host/check_journal.h"
+#include "qvo_host/check/check_journal.h"
 
 namespace host_sim {
 

@@ -1,4 +1,4 @@
-#include "qvo_host/log_checks.h"
+#include "qvo_host/check/log_checks.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "qvo_host/check_journal.h"
+#include "qvo_host/check/check_journal.h"
 
 #include <cstdio>
 #include <filesystem>

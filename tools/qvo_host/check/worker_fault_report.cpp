@@ -1,4 +1,4 @@
-#include "qvo_host/worker_fault_report.h"
+#include "qvo_host/check/worker_fault_report.h"
 
 #include <algorithm>
 #include <cstddef>

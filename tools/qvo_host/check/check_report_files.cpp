@@ -1,4 +1,4 @@
-#include "qvo_host/check_report_files.h"
+#include "qvo_host/check/check_report_files.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "qvo_host/startup_checks.h"
+#include "qvo_host/check/startup_checks.h"
 
 #include <chrono>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "qvo_host/link_checks.h"
+#include "qvo_host/check/link_checks.h"
 
 #include <cmath>
 #include <cstdio>

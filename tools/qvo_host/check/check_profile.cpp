@@ -1,4 +1,4 @@
-#include "qvo_host/check_profile.h"
+#include "qvo_host/check/check_profile.h"
 
 #include <chrono>
 #include <system_error>

@@ -1,4 +1,4 @@
-#include "qvo_host/check_worker.h"
+#include "qvo_host/check/check_worker.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -9,16 +9,16 @@
 #include "host_sim/host_session.h"
 #include "host_sim/plugin_module.h"
 #include "platform/stitching_library.h"
-#include "qvo_host/balance_checks.h"
-#include "qvo_host/check_journal.h"
-#include "qvo_host/check_plan.h"
-#include "qvo_host/file_info_checks.h"
-#include "qvo_host/frame_checks.h"
-#include "qvo_host/link_checks.h"
+#include "qvo_host/check/balance_checks.h"
+#include "qvo_host/check/check_journal.h"
+#include "qvo_host/check/check_plan.h"
+#include "qvo_host/check/file_info_checks.h"
+#include "qvo_host/check/frame_checks.h"
+#include "qvo_host/check/link_checks.h"
+#include "qvo_host/check/sound_checks.h"
+#include "qvo_host/check/startup_checks.h"
+#include "qvo_host/check/worker_fault_report.h"
 #include "qvo_host/opened_clip.h"
-#include "qvo_host/sound_checks.h"
-#include "qvo_host/startup_checks.h"
-#include "qvo_host/worker_fault_report.h"
 
 namespace host_sim {
 namespace {

@@ -5,8 +5,8 @@
 #include <chrono>
 #include <string>
 
-#include "qvo_host/check_report.h"
-#include "qvo_host/worker_supervision.h"
+#include "qvo_host/check/check_report.h"
+#include "qvo_host/check/worker_supervision.h"
 
 namespace host_sim {
 

@@ -1,4 +1,4 @@
-#include "qvo_host/worker_verdicts.h"
+#include "qvo_host/check/worker_verdicts.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "qvo_host/check_report.h"
+#include "qvo_host/check/check_report.h"
 
 #include <algorithm>
 #include <cmath>

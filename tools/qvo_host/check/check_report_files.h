@@ -6,8 +6,8 @@
 
 #include <string>
 
-#include "qvo_host/check_profile.h"
-#include "qvo_host/check_report.h"
+#include "qvo_host/check/check_profile.h"
+#include "qvo_host/check/check_report.h"
 
 namespace host_sim {
 

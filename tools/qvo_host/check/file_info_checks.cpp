@@ -1,4 +1,4 @@
-#include "qvo_host/file_info_checks.h"
+#include "qvo_host/check/file_info_checks.h"
 
 #include <cstdio>
 #include <vector>

@@ -1,9 +1,9 @@
-#include "qvo_host/worker_supervision.h"
+#include "qvo_host/check/worker_supervision.h"
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "qvo_host/check_plan.h"
+#include "qvo_host/check/check_plan.h"
 
 namespace host_sim {
 namespace {

@@ -1,4 +1,4 @@
-#include "qvo_host/balance_checks.h"
+#include "qvo_host/check/balance_checks.h"
 
 #include <string>
 

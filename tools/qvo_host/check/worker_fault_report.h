@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "qvo_host/check_journal.h"
+#include "qvo_host/check/check_journal.h"
 
 namespace host_sim {
 

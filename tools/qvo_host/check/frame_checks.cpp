@@ -1,4 +1,4 @@
-#include "qvo_host/frame_checks.h"
+#include "qvo_host/check/frame_checks.h"
 
 #include <algorithm>
 #include <chrono>

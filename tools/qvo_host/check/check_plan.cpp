@@ -1,4 +1,4 @@
-#include "qvo_host/check_plan.h"
+#include "qvo_host/check/check_plan.h"
 
 #include <filesystem>
 #include <fstream>

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/child_process.h"
-#include "qvo_host/check_journal.h"
+#include "qvo_host/check/check_journal.h"
 
 namespace host_sim {
 

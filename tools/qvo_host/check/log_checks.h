@@ -2,8 +2,8 @@
 // stitching time per frame from the host's clock beside the library's own "read frame consume".
 #pragma once
 
-#include "qvo_host/check_report.h"
-#include "qvo_host/profile_log.h"
+#include "qvo_host/check/check_report.h"
+#include "qvo_host/check/profile_log.h"
 
 namespace host_sim {
 
