@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <vector>
 
 #include "platform/pages.h"
 
@@ -28,6 +29,21 @@ TEST(GuardedMemoryTest, EveryBlockHoldsItsLeadAndItsBytesAndEndsAtItsGuardPage) 
     ASSERT_EQ(platform::BytesPastGuardedBlock(guard), static_cast<int64_t>(guard - end)) << size;
     platform::FreeGuarded(block);
   }
+}
+
+// A block the fault handler could not find is refused; one freed makes room for the next.
+TEST(GuardedMemoryTest, TooManyLiveBlocksAreRefusedUntilOneIsFreed) {
+  std::vector<uint8_t*> live;
+  while (live.size() < 100000) {
+    uint8_t* block = platform::AllocateGuarded(1, kAlignment, 0);
+    if (block == nullptr) break;
+    live.push_back(block);
+  }
+  ASSERT_LT(live.size(), 100000u) << "never refused";
+  platform::FreeGuarded(live.back());
+  live.back() = platform::AllocateGuarded(1, kAlignment, 0);
+  EXPECT_NE(live.back(), nullptr);
+  for (uint8_t* block : live) platform::FreeGuarded(block);
 }
 
 }  // namespace
