@@ -23,7 +23,7 @@ struct InjectedFaults {
   bool sound_short = false;         // one sample frame fewer than asked, in every channel
   bool sound_long = false;          // one sample frame more than asked, in every channel
   // Faults a closed, GPU-driven library has, which end or stall the process that calls it:
-  bool write_far_past_end = false;  // three pages written on from the end of the last plane
+  bool write_far_past_end = false;  // three pages written from a row past the last plane's end
   std::set<int64_t> crash_frames;   // a write through a null pointer
   std::set<int64_t> hang_frames;    // never returns
   std::set<int64_t> throw_frames;   // throws std::runtime_error

@@ -128,8 +128,10 @@ int32_t StandinSource::WriteVideo(int64_t frame_index, int32_t width, int32_t he
   RestoreLastRows(first, kept);
   if (faults.write_before_start) std::memset(first.first_row - kBytesPastEnd, 0x5A, kBytesPastEnd);
   if (faults.write_past_end || faults.write_far_past_end) {
+    // Far: from one row further on, as a wrong row index would.
     const PictureRows last = LastPlaneRows(width, height, planes, strides);
-    std::memset(last.first_row + static_cast<ptrdiff_t>(last.rows) * last.stride, 0x5A,
+    const ptrdiff_t rows = last.rows + (faults.write_far_past_end ? 1 : 0);
+    std::memset(last.first_row + rows * last.stride, 0x5A,
                 faults.write_far_past_end ? kBytesFarPastEnd : kBytesPastEnd);
   }
   // Every other picture of a frame differs, so that any two fetches in a row do.

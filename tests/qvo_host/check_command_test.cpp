@@ -131,7 +131,7 @@ TEST(CheckCommandTest, EachFaultFailsExactlyTheChecksItBreaksAndTheRunGoesOn) {
       {"write_far_past_end",
        R"("write_far_past_end": true)",
        {" GetVideoFrame frame 0, YUV 4:2:0 96x48", not_run},
-       {"wrote past the end of the host's frame: the write landed 1 byte past its end"}},
+       {"wrote past the end of the host's frame: the write landed 49 bytes past its end"}},
       {"unstable_picture",
        R"("unstable_picture": true)",
        {" YUV 4:2:0 frames: same bytes on a second fetch",
