@@ -79,7 +79,6 @@ void CloseAndShutDown(Worker& worker, HostSession& session,
 void RunSession(Worker& worker, const PluginModule& plugin) {
   HostSession session(plugin, kNewestInterfaceVersion);
   session.host().frames().set_guard_pages(true);
-  worker.journal.Stage("start-up");
   bool started = false;
   {
     CallScope call(&worker.journal, "", "start-up");
