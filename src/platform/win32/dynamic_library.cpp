@@ -2,20 +2,9 @@
 
 #include <windows.h>
 
-#include <vector>
+#include "platform/win32/wide_text.h"
 
 namespace platform {
-namespace {
-
-std::wstring Widen(const std::string& utf8) {
-  int needed = MultiByteToWideChar(CP_UTF8, 0, utf8.c_str(), -1, nullptr, 0);
-  std::vector<wchar_t> wide(static_cast<size_t>(needed > 0 ? needed : 1));
-  MultiByteToWideChar(CP_UTF8, 0, utf8.c_str(), -1, wide.data(), needed);
-  return wide.data();
-}
-
-}  // namespace
-
 DynamicLibrary::DynamicLibrary(const std::string& path) {
   handle_ = LoadLibraryW(Widen(path).c_str());
   if (handle_ == nullptr)
@@ -39,12 +28,8 @@ bool DynamicLibrary::Unload() {
 std::string ExecutableFolder() {
   wchar_t path[MAX_PATH];
   DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-  std::wstring wide(path, length);
-  wide = wide.substr(0, wide.find_last_of(L"\\/"));
-  int needed = WideCharToMultiByte(CP_UTF8, 0, wide.c_str(), -1, nullptr, 0, nullptr, nullptr);
-  std::vector<char> utf8(static_cast<size_t>(needed > 0 ? needed : 1));
-  WideCharToMultiByte(CP_UTF8, 0, wide.c_str(), -1, utf8.data(), needed, nullptr, nullptr);
-  return utf8.data();
+  const std::wstring wide(path, length);
+  return Utf8(wide.substr(0, wide.find_last_of(L"\\/")));
 }
 
 std::string PluginFileName(const std::string& stem) { return stem + ".prm"; }

@@ -1,8 +1,9 @@
 #include "platform/stitching_library.h"
 
-#include "platform/text_encoding.h"
 
 #include <windows.h>
+
+#include "platform/win32/wide_text.h"
 
 #include <mutex>
 #include <string>
@@ -34,14 +35,6 @@ std::wstring ThisModulePath() {
 std::wstring LibraryBesideThisModule() {
   std::wstring path = ThisModulePath();
   return path.substr(0, path.find_last_of(L"\\/") + 1) + kLibraryName;
-}
-
-std::string Utf8(const std::wstring& wide) {
-  const auto* text = reinterpret_cast<const char16_t*>(wide.c_str());
-  std::vector<char> utf8(static_cast<size_t>(WideToMultiByte(CodePage::kUtf8, text, nullptr, 0)) +
-                         1);
-  WideToMultiByte(CodePage::kUtf8, text, utf8.data(), static_cast<int>(utf8.size()));
-  return utf8.data();
 }
 
 }  // namespace
