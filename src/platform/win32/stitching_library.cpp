@@ -1,13 +1,12 @@
 #include "platform/stitching_library.h"
 
-
 #include <windows.h>
-
-#include "platform/win32/wide_text.h"
 
 #include <mutex>
 #include <string>
 #include <vector>
+
+#include "platform/win32/wide_text.h"
 
 namespace platform {
 namespace {
