@@ -7,6 +7,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "standin_stitcher/omni_standin_counters.h"
@@ -34,11 +35,22 @@ struct YuvPicture {
   uint8_t* planes[3];
 };
 
+// Every field of the packed record as plain values, which gtest compares and prints as one.
+auto Fields(const MediaInfo& i) {
+  return std::make_tuple(+i.has_video, +i.width, +i.height, +i.fps, +i.frame_count, +i.bitrate,
+                         +i.stereo, +i.has_audio, +i.audio_sample_frames, +i.audio_sample_rate,
+                         +i.audio_channels, std::string(i.offset));
+}
+
 class StandinStitcherTest : public ::testing::Test {
  protected:
   void TearDown() override {
-    for (auto& source : open_) PrSourceFactory::Destroy(source);
+    DestroyAll();
     EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_);
+  }
+
+  void DestroyAll() {
+    for (auto& source : open_) PrSourceFactory::Destroy(source);
   }
 
   std::string WriteProject(const std::string& json) {
@@ -88,44 +100,25 @@ class StandinStitcherTest : public ::testing::Test {
 };
 
 TEST_F(StandinStitcherTest, ReportsTheFilesValuesOrDefaultsAndDerivesTheSampleCount) {
-  MediaInfo info;
-  OpenClip("{}", &info);
-  EXPECT_EQ(info.has_video, 1);
-  EXPECT_EQ(info.width, 3840);
-  EXPECT_EQ(info.height, 1920);
-  EXPECT_EQ(info.fps, 29.97);
-  EXPECT_EQ(info.frame_count, 300);
-  EXPECT_EQ(info.bitrate, 120000000);
-  EXPECT_EQ(info.stereo, 0);
-  EXPECT_EQ(info.has_audio, 1);
-  EXPECT_EQ(info.audio_sample_rate, 48000);
-  EXPECT_EQ(info.audio_channels, 2);
-  EXPECT_EQ(info.audio_sample_frames, 480480);  // 300 / 29.97 * 48000 = 480480.48
-  EXPECT_EQ(info.offset, "");
-
-  OpenClip(R"({"width": 640, "height": 640, "fps": 25, "frames": 250,
-      "bitrate": 7, "stereo": true, "offset": "1.5,-2,0", "audio": {"rate": 44100,
-      "channels": 6}})",
-           &info);
-  EXPECT_EQ(info.width, 640);
-  EXPECT_EQ(info.height, 640);
-  EXPECT_EQ(info.fps, 25.0);
-  EXPECT_EQ(info.frame_count, 250);
-  EXPECT_EQ(info.bitrate, 7);
-  EXPECT_EQ(info.stereo, 1);
-  EXPECT_EQ(info.offset, "1.5,-2,0");
-  EXPECT_EQ(info.audio_sample_rate, 44100);
-  EXPECT_EQ(info.audio_channels, 6);
-  EXPECT_EQ(info.audio_sample_frames, 441000);
-
-  OpenClip(R"({"audio": {"sample_frames": 12345}})", &info);
-  EXPECT_EQ(info.audio_sample_frames, 12345);
-
-  OpenClip(R"({"audio": null})", &info);
-  EXPECT_EQ(info.has_audio, 0);
-  EXPECT_EQ(info.audio_sample_frames, 0);
-  EXPECT_EQ(info.audio_sample_rate, 0);
-  EXPECT_EQ(info.audio_channels, 0);
+  const struct {
+    const char* json;
+    MediaInfo expected;
+  } cases[] = {
+      // 300 / 29.97 * 48000 = 480480.48 sample frames
+      {"{}", {1, 3840, 1920, 29.97, 300, 120000000, 0, 1, 480480, 48000, 2, ""}},
+      {R"({"width": 640, "height": 640, "fps": 25, "frames": 250, "bitrate": 7, "stereo": true,
+          "offset": "1.5,-2,0", "audio": {"rate": 44100, "channels": 6}})",
+       {1, 640, 640, 25.0, 250, 7, 1, 1, 441000, 44100, 6, "1.5,-2,0"}},
+      {R"({"audio": {"sample_frames": 12345}})",
+       {1, 3840, 1920, 29.97, 300, 120000000, 0, 1, 12345, 48000, 2, ""}},
+      {R"({"audio": null})", {1, 3840, 1920, 29.97, 300, 120000000, 0, 0, 0, 0, 0, ""}},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.json);
+    MediaInfo info;
+    OpenClip(one.json, &info);
+    EXPECT_EQ(Fields(info), Fields(one.expected));
+  }
 }
 
 TEST_F(StandinStitcherTest, GivesNoSourceForMissingOrMalformedFilesOrWhereTheFileSaysSo) {
@@ -135,19 +128,15 @@ TEST_F(StandinStitcherTest, GivesNoSourceForMissingOrMalformedFilesOrWhereTheFil
                            "{\"faults\": {\"video_fail_once\": [\"x\"]}}"}) {
     EXPECT_FALSE(TryOpen(WriteProject(text))) << text;
   }
-
-  std::string never = WriteProject(R"({"faults": {"create": true}})");
+  const std::string never = WriteProject(R"({"faults": {"create": true}})");
   EXPECT_FALSE(TryOpen(never));
   EXPECT_FALSE(TryOpen(never));
 
-  std::string twice = WriteProject(R"({"faults": {"create_ok_times": 2}})");
-  std::shared_ptr<PRSource> first = PrSourceFactory::Create(twice, nullptr);
-  std::shared_ptr<PRSource> second = PrSourceFactory::Create(twice, nullptr);
-  EXPECT_TRUE(first);
-  EXPECT_TRUE(second);
+  const std::string twice = WriteProject(R"({"faults": {"create_ok_times": 2}})");
+  EXPECT_TRUE(TryOpen(twice));
+  EXPECT_TRUE(TryOpen(twice));
   EXPECT_FALSE(TryOpen(twice));
-  PrSourceFactory::Destroy(first);
-  PrSourceFactory::Destroy(second);
+  DestroyAll();
   EXPECT_FALSE(TryOpen(twice));  // the count of Create calls survives the release
 }
 
@@ -225,27 +214,21 @@ TEST_F(StandinStitcherTest, YuvAndBgraShowTheSamePicture) {
 
 TEST_F(StandinStitcherTest, PictureChangesWithTheFrameAndTheUpdateGenerationOfThePath) {
   std::string path = WriteProject(R"({"frames": 10})");
-  std::shared_ptr<PRSource> source = PrSourceFactory::Create(path, nullptr);
-  ASSERT_TRUE(source);
-  std::vector<uint8_t> original = Bgra(*source, 0, 128, 64);
-  EXPECT_EQ(Bgra(*source, 0, 128, 64), original);
-  EXPECT_NE(Bgra(*source, 1, 128, 64), original);
-
-  EXPECT_TRUE(source->Update());
-  std::vector<uint8_t> updated = Bgra(*source, 0, 128, 64);
+  PRSource& source = Open(path);
+  std::vector<uint8_t> original = Bgra(source, 0, 128, 64);
+  EXPECT_EQ(Bgra(source, 0, 128, 64), original);
+  EXPECT_NE(Bgra(source, 1, 128, 64), original);
+  EXPECT_TRUE(source.Update());
+  std::vector<uint8_t> updated = Bgra(source, 0, 128, 64);
   EXPECT_NE(updated, original);
-
-  PrSourceFactory::Destroy(source);
+  DestroyAll();
   EXPECT_EQ(Bgra(Open(path), 0, 128, 64), updated);
 }
 
 TEST_F(StandinStitcherTest, StereoEyesDifferOnlySlightly) {
-  const int width = 360, height = 360;
-  std::vector<uint8_t> frame = Bgra(OpenClip(R"({"stereo": true})"), 40, width, height);
+  std::vector<uint8_t> frame = Bgra(OpenClip(R"({"stereo": true})"), 40, 360, 360);
   size_t half = frame.size() / 2, differing = 0;
-  for (size_t i = 0; i < half; ++i) {
-    if (frame[i] != frame[half + i]) ++differing;
-  }
+  for (size_t i = 0; i < half; ++i) differing += frame[i] != frame[half + i];
   EXPECT_GT(differing, 0u);
   EXPECT_LT(differing, half / 10);
 }
@@ -259,13 +242,12 @@ TEST_F(StandinStitcherTest, PlanarWritesFillEveryRowAndKeepToTheStrides) {
   for (int p = 0; p < 3; ++p) {
     int row_bytes = tight.strides[p];
     for (int row = 0; row < padded.rows[p]; ++row) {
+      SCOPED_TRACE("plane " + std::to_string(p) + " row " + std::to_string(row));
       // Bytes that match although they started different were written.
       const uint8_t* written = &padded.bytes[p][static_cast<size_t>(row) * padded.strides[p]];
-      ASSERT_TRUE(std::equal(written, written + row_bytes, &tight.bytes[p][row * row_bytes]))
-          << "plane " << p << " row " << row;
+      ASSERT_TRUE(std::equal(written, written + row_bytes, &tight.bytes[p][row * row_bytes]));
       ASSERT_TRUE(std::all_of(written + row_bytes, written + padded.strides[p],
-                              [](uint8_t byte) { return byte == 0xFF; }))
-          << "plane " << p << " row " << row;
+                              [](uint8_t byte) { return byte == 0xFF; }));
     }
   }
 }
@@ -273,27 +255,20 @@ TEST_F(StandinStitcherTest, PlanarWritesFillEveryRowAndKeepToTheStrides) {
 TEST_F(StandinStitcherTest, FlatRenderFillsEachPlaneWithOneValue) {
   PRSource& source = OpenClip(R"({"render": "flat"})");
   YuvPicture yuv = Yuv(source, 0, 64, 32);
-  for (auto& plane : yuv.bytes) {
+  for (const auto& plane : {yuv.bytes[0], yuv.bytes[1], yuv.bytes[2], Bgra(source, 0, 64, 32)}) {
     EXPECT_EQ(static_cast<size_t>(std::count(plane.begin(), plane.end(), plane[0])), plane.size());
   }
-  std::vector<uint8_t> bgra = Bgra(source, 0, 64, 32);
-  EXPECT_EQ(static_cast<size_t>(std::count(bgra.begin(), bgra.end(), bgra[0])), bgra.size());
 }
 
 TEST_F(StandinStitcherTest, FramesFailOutsideTheClipAndWhereTheFileSaysOnceOrAlways) {
   std::string path = WriteProject(
       R"({"frames": 8, "faults": {"video_fail_once": [2, 3], "video_fail_always": [5]}})");
-  std::shared_ptr<PRSource> source = PrSourceFactory::Create(path, nullptr);
-  ASSERT_TRUE(source);
-  EXPECT_EQ(VideoResult(*source, -1), 1);
-  EXPECT_EQ(VideoResult(*source, 8), 1);
-  EXPECT_EQ(VideoResult(*source, 7), 0);
-  EXPECT_EQ(VideoResult(*source, 2), 1);
-  EXPECT_EQ(VideoResult(*source, 2), 0);
-  EXPECT_EQ(VideoResult(*source, 5), 1);
-  EXPECT_EQ(VideoResult(*source, 5), 1);
-  PrSourceFactory::Destroy(source);
-
+  PRSource& source = Open(path);
+  for (const auto& [index, result] :
+       {std::pair{-1, 1}, {8, 1}, {7, 0}, {2, 1}, {2, 0}, {5, 1}, {5, 1}}) {
+    EXPECT_EQ(VideoResult(source, index), result) << index;
+  }
+  DestroyAll();
   PRSource& reopened = Open(path);
   EXPECT_EQ(VideoResult(reopened, 2), 0);  // the path has had its one failure of frame 2
   EXPECT_EQ(VideoResult(reopened, 3), 1);
