@@ -1,5 +1,6 @@
 // Reading a user's Plugin.log back for support: logs made here, line by line as the plug-in
 // writes them, with the torn and foreign lines a real log can hold.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,6 +23,8 @@ using host_sim::LogSummary;
 using host_sim::ParsedLog;
 using host_sim::Rgb;
 using host_sim::RgbImage;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
 
 // One line as the plug-in writes it, at 10:00:`second`.
 std::string Line(int second, const std::string& level, const std::string& message, int site) {
@@ -87,35 +90,26 @@ TEST(LogReportTest, TellsFilesFramesRetriesSourcesTheLinkAndErrors) {
       Line(9, "INFO ", "Plugin is shutting down...", 163);
   const LogSummary summary = host_sim::Summarize(Parse(text));
 
-  EXPECT_EQ(summary.start_ups, 1);
-  EXPECT_EQ(summary.shut_downs, 1);
-  EXPECT_EQ(summary.files_opened, 2);
-  EXPECT_EQ(summary.opens_failed, 1);
-  EXPECT_EQ(summary.frames_stitched, 6);
-  EXPECT_EQ(summary.first_tries_failed, 1);
-  EXPECT_EQ(summary.retries, 1);
-  EXPECT_EQ(summary.retries_failed, 0);
-  EXPECT_EQ(host_sim::StitchingPercentile(summary, 50), 30);
-  EXPECT_EQ(host_sim::StitchingPercentile(summary, 95), 100);
-  EXPECT_EQ(host_sim::StitchingPercentile(summary, 100), 100);
-  EXPECT_EQ(summary.sources_released, 2);
-  EXPECT_EQ(summary.sources_released_to_make_room, 1);
-  EXPECT_EQ(summary.sources_made_again, 1);
-  EXPECT_EQ(summary.link_requests, 1);
+  // Starts, shut-downs, opens, failed opens, frames, first tries failed, retries, retries failed,
+  // releases, releases to make room, sources made again, link requests and responses.
+  EXPECT_EQ(
+      (std::vector<int64_t>{
+          summary.start_ups, summary.shut_downs, summary.files_opened, summary.opens_failed,
+          summary.frames_stitched, summary.first_tries_failed, summary.retries,
+          summary.retries_failed, summary.sources_released, summary.sources_released_to_make_room,
+          summary.sources_made_again, summary.link_requests, summary.link_responses}),
+      (std::vector<int64_t>{1, 1, 2, 1, 6, 1, 1, 0, 2, 1, 1, 1, 1}));
   EXPECT_EQ(summary.link_request_types.at("get_media_info"), 1);
-  EXPECT_EQ(summary.link_responses, 1);
-
-  const std::string told = host_sim::FormatSummary(summary);
-  EXPECT_NE(told.find("frames         6 stitched; 1 failed the first try, 1 retried, 0 failed the "
-                      "retry too\n"),
-            std::string::npos)
-      << told;
-  EXPECT_NE(told.find("median 30 ms, 95th percentile 100 ms, maximum 100 ms, over 5 frames"),
-            std::string::npos);
-  EXPECT_NE(told.find("errors         2 lines\n                 1 x  PRSource failed.\n"
-                      "                 1 x Request file path is invalid!\n"),
-            std::string::npos)
-      << told;
+  for (const auto& [p, milliseconds] : {std::pair{50, 30}, {95, 100}, {100, 100}}) {
+    EXPECT_EQ(host_sim::StitchingPercentile(summary, p), milliseconds) << p;
+  }
+  EXPECT_THAT(
+      host_sim::FormatSummary(summary),
+      AllOf(HasSubstr("frames         6 stitched; 1 failed the first try, 1 retried, 0 "
+                      "failed the retry too\n"),
+            HasSubstr("median 30 ms, 95th percentile 100 ms, maximum 100 ms, over 5 frames"),
+            HasSubstr("errors         2 lines\n                 1 x  PRSource failed.\n"
+                      "                 1 x Request file path is invalid!\n")));
 
   TempFolder folder;
   const std::string plot = folder.Join("plot.png");
@@ -163,25 +157,14 @@ int64_t Count(const RgbImage& image, Rgb colour, int32_t left, int32_t top, int3
   return count;
 }
 
-// The row (or column) whose line of pixels holds the most of `colour`.
-int32_t FullestRow(const RgbImage& image, Rgb colour) {
+// The row, or with `column` the column, whose line of pixels holds the most of `colour`.
+int32_t Fullest(const RgbImage& image, Rgb colour, bool column) {
   int32_t fullest = 0;
-  for (int32_t y = 1; y < image.height; ++y) {
-    if (Count(image, colour, 0, y, image.width, y + 1) >
-        Count(image, colour, 0, fullest, image.width, fullest + 1)) {
-      fullest = y;
-    }
-  }
-  return fullest;
-}
-
-int32_t FullestColumn(const RgbImage& image, Rgb colour) {
-  int32_t fullest = 0;
-  for (int32_t x = 1; x < image.width; ++x) {
-    if (Count(image, colour, x, 0, x + 1, image.height) >
-        Count(image, colour, fullest, 0, fullest + 1, image.height)) {
-      fullest = x;
-    }
+  int64_t most = -1;
+  for (int32_t i = 0; i < (column ? image.width : image.height); ++i) {
+    const int64_t count = column ? Count(image, colour, i, 0, i + 1, image.height)
+                                 : Count(image, colour, 0, i, image.width, i + 1);
+    if (count > most) std::tie(fullest, most) = std::make_pair(i, count);
   }
   return fullest;
 }
@@ -209,10 +192,10 @@ TEST(LogReportTest, PlotShowsTitleAxesNumbersPercentilesAndLegend) {
   }
   const RgbImage image = host_sim::DrawTimePlot(plot);
   ASSERT_GT(image.width, 0);
-  const int32_t x_axis = FullestRow(image, host_sim::kPlotInk);
-  const int32_t y_axis = FullestColumn(image, host_sim::kPlotInk);
-  const int32_t median = FullestRow(image, host_sim::kPlotMedian);
-  const int32_t percentile95 = FullestRow(image, host_sim::kPlotPercentile95);
+  const int32_t x_axis = Fullest(image, host_sim::kPlotInk, false);
+  const int32_t y_axis = Fullest(image, host_sim::kPlotInk, true);
+  const int32_t median = Fullest(image, host_sim::kPlotMedian, false);
+  const int32_t percentile95 = Fullest(image, host_sim::kPlotPercentile95, false);
   const int32_t top = x_axis - 400;  // 0 to 100 ms over the plot's 400 pixels
 
   EXPECT_GT(Count(image, host_sim::kPlotInk, 0, 0, image.width, 30), 0) << "title";
@@ -243,13 +226,11 @@ TEST(LogReportTest, PlotShowsTitleAxesNumbersPercentilesAndLegend) {
 }
 
 TEST(LogReportTest, SeriesColoursDifferFromOneAnotherAndFromTheLines) {
-  std::set<std::tuple<int, int, int>> colours = {
-      {host_sim::kPlotInk.r, host_sim::kPlotInk.g, host_sim::kPlotInk.b},
-      {host_sim::kPlotMedian.r, host_sim::kPlotMedian.g, host_sim::kPlotMedian.b},
-      {host_sim::kPlotPercentile95.r, host_sim::kPlotPercentile95.g,
-       host_sim::kPlotPercentile95.b}};
-  for (size_t s = 0; s < 20; ++s) {
-    const Rgb colour = host_sim::PlotSeriesColour(s);
+  std::set<std::tuple<int, int, int>> colours;
+  for (size_t s = 0; s < 23; ++s) {
+    const Rgb colour = s < 3 ? std::vector<Rgb>{host_sim::kPlotInk, host_sim::kPlotMedian,
+                                                host_sim::kPlotPercentile95}[s]
+                             : host_sim::PlotSeriesColour(s - 3);
     EXPECT_TRUE(colours.insert({colour.r, colour.g, colour.b}).second) << s;
   }
 }

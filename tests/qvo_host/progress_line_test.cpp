@@ -2,17 +2,25 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <numeric>
 #include <string>
+#include <vector>
 
 namespace {
 
-// Everything `run` writes through a ProgressLine of 30 frames onto a stream of its own.
-template <typename Run>
-std::string Written(bool rewrite, Run run) {
+using host_sim::ProgressLine;
+
+// Everything a ProgressLine made by `start` writes, with `steps` done one after the other.
+template <typename Start>
+std::string Written(Start start, const std::vector<int64_t>& steps) {
   std::FILE* stream = std::tmpfile();
-  host_sim::ProgressLine progress("frame", 30, stream, rewrite);
-  run(progress);
+  {
+    ProgressLine progress = start(stream);
+    for (int64_t done : steps) progress.Update(done);
+    progress.Finish();
+  }
   std::string text(static_cast<size_t>(std::ftell(stream)), '\0');
   std::rewind(stream);
   text.resize(std::fread(text.data(), 1, text.size(), stream));
@@ -21,39 +29,26 @@ std::string Written(bool rewrite, Run run) {
 }
 
 TEST(ProgressLineTest, WritesAPlainLineAtEveryTenthOfTheWayWhereItCannotRewrite) {
-  const std::string text = Written(false, [](host_sim::ProgressLine& progress) {
-    for (int done = 1; done <= 30; ++done) progress.Update(done);
-    progress.Finish();
-  });
+  std::vector<int64_t> every_frame(30);
+  std::iota(every_frame.begin(), every_frame.end(), 1);
+  const std::string text = Written(
+      [](std::FILE* stream) { return ProgressLine("frame", 30, stream, false); }, every_frame);
   EXPECT_EQ(text.find('\r'), std::string::npos);
   EXPECT_EQ(text.rfind("frame 3/30 (10%)\n", 0), 0u) << text;
   EXPECT_NE(text.find("frame 15/30 (50%)\nframe 18/30 (60%)\n"), std::string::npos) << text;
   EXPECT_EQ(text.substr(text.size() - 19), "frame 30/30 (100%)\n");
-  size_t lines = 0;
-  for (char c : text) lines += c == '\n' ? 1 : 0;
-  EXPECT_EQ(lines, 10u);
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 10);
 }
 
 TEST(ProgressLineTest, AFileIsNoTerminalSoItGetsPlainLines) {
-  std::FILE* stream = std::tmpfile();
-  host_sim::ProgressLine progress("sound", 1, stream);
-  progress.Update(1);
-  progress.Finish();
-  std::rewind(stream);
-  char text[32] = {};
-  EXPECT_NE(std::fgets(text, sizeof(text), stream), nullptr);
-  EXPECT_STREQ(text, "sound 1/1 (100%)\n");
-  std::fclose(stream);
+  EXPECT_EQ(Written([](std::FILE* stream) { return ProgressLine("sound", 1, stream); }, {1}),
+            "sound 1/1 (100%)\n");
 }
 
 TEST(ProgressLineTest, RewritesOneLineOnATerminalAndEndsIt) {
-  const std::string text = Written(true, [](host_sim::ProgressLine& progress) {
-    progress.Update(1);
-    progress.Update(1);
-    progress.Update(30);
-    progress.Finish();
-  });
-  EXPECT_EQ(text, "\rframe 1/30 (3%)\rframe 30/30 (100%)\n");
+  EXPECT_EQ(Written([](std::FILE* stream) { return ProgressLine("frame", 30, stream, true); },
+                    {1, 1, 30}),
+            "\rframe 1/30 (3%)\rframe 30/30 (100%)\n");
 }
 
 }  // namespace
