@@ -13,12 +13,11 @@
 
 namespace {
 
+// 4 is the header's code for four or more channels.
 TEST(ChannelCountOfTypeTest, MapsMonoStereoAndFivePointOneAndNothingElse) {
-  EXPECT_EQ(ChannelCountOfType(0), -1);
-  EXPECT_EQ(ChannelCountOfType(1), 1);
-  EXPECT_EQ(ChannelCountOfType(2), 2);
-  EXPECT_EQ(ChannelCountOfType(3), 6);
-  EXPECT_EQ(ChannelCountOfType(4), -1) << "the header's code for four or more channels";
+  for (const auto& [type, channels] : {std::pair{0, -1}, {1, 1}, {2, 2}, {3, 6}, {4, -1}}) {
+    EXPECT_EQ(ChannelCountOfType(type), channels) << type;
+  }
 }
 
 TEST(ClampAudioRequestTest, ClampsToTheTotalAndMovesTheSavedPositionToTheEndOfTheRead) {

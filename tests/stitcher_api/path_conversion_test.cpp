@@ -10,25 +10,24 @@
 
 namespace {
 
-// The code page that NarrowPath converts to: the system's on Windows, Windows-1252 elsewhere.
-uint32_t AnsiCodePage() { return platform::SystemAnsiCodePageNumber(); }
-
+// The last two are shorter than the prefix.
 TEST(PathConversionTest, DropsTheFirstFourCharactersWhateverTheyAre) {
-  EXPECT_EQ(NarrowPath(u"\\\\?\\C:\\a.qvo"), "C:\\a.qvo");
-  EXPECT_EQ(Utf8Path(u"\\\\?\\C:\\a.qvo"), "C:\\a.qvo");
-  EXPECT_EQ(NarrowPath(u"C:\\x\\a.qvo"), "\\a.qvo");
-  EXPECT_EQ(Utf8Path(u"C:\\x\\a.qvo"), "\\a.qvo");
-  EXPECT_EQ(NarrowPath(u"ab"), "") << "shorter than the prefix";
-  EXPECT_EQ(Utf8Path(u""), "");
+  const std::pair<const char16_t*, const char*> cases[] = {
+      {u"\\\\?\\C:\\a.qvo", "C:\\a.qvo"}, {u"C:\\x\\a.qvo", "\\a.qvo"}, {u"ab", ""}, {u"", ""}};
+  for (const auto& [wide, dropped] : cases) {
+    EXPECT_EQ(NarrowPath(wide), dropped);
+    EXPECT_EQ(Utf8Path(wide), dropped);
+  }
 }
 
 TEST(PathConversionTest, NarrowPathReplacesWhatTheCodePageLacksWhileUtf8KeepsIt) {
   const char16_t* path = u"\\\\?\\D:\\\u4E2D\u00E9\u20AC\u00A0.qvo";
   EXPECT_EQ(Utf8Path(path), "D:\\\xE4\xB8\xAD\xC3\xA9\xE2\x82\xAC\xC2\xA0.qvo");
   EXPECT_EQ(Utf8Path(u"\\\\?\\\U0001F600"), "\xF0\x9F\x98\x80");
-  if (AnsiCodePage() != 1252) {
+  // NarrowPath converts to the system's code page on Windows, Windows-1252 elsewhere.
+  if (platform::SystemAnsiCodePageNumber() != 1252) {
     GTEST_SKIP() << "the narrow bytes below are Windows-1252's; this system's code page is "
-                 << AnsiCodePage();
+                 << platform::SystemAnsiCodePageNumber();
   }
   EXPECT_EQ(NarrowPath(path), "D:\\?\xE9\x80\xA0.qvo");
   EXPECT_EQ(NarrowPath(u"\\\\?\\\U0001F600"), "??") << "one default character per code unit";
