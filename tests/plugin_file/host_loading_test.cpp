@@ -62,9 +62,9 @@ class ModuleImage {
   // The functions delay-imported from `dll`, by name.
   std::vector<std::string> DelayImportedFunctions(const std::string& dll) const {
     std::vector<std::string> names;
-    const DelayDescriptor* descriptor = FindDelayDescriptor(dll);
+    const IMAGE_DELAYLOAD_DESCRIPTOR* descriptor = FindDelayDescriptor(dll);
     if (descriptor == nullptr) return names;
-    for (auto* thunk = At<ULONGLONG>(descriptor->name_table); *thunk != 0; ++thunk) {
+    for (auto* thunk = At<ULONGLONG>(descriptor->ImportNameTableRVA); *thunk != 0; ++thunk) {
       if ((*thunk & IMAGE_ORDINAL_FLAG64) == 0) {
         names.push_back(At<IMAGE_IMPORT_BY_NAME>(static_cast<DWORD>(*thunk))->Name);
       }
@@ -73,18 +73,6 @@ class ModuleImage {
   }
 
  private:
-  // The delay-load descriptor as the system's delay-load helper reads it; addresses are RVAs.
-  struct DelayDescriptor {
-    DWORD attributes;
-    DWORD dll_name;
-    DWORD module_handle;
-    DWORD address_table;
-    DWORD name_table;
-    DWORD bound_address_table;
-    DWORD unload_address_table;
-    DWORD time_stamp;
-  };
-
   template <typename T>
   const T* At(DWORD rva) const {
     return reinterpret_cast<const T*>(base_ + rva);
@@ -102,10 +90,10 @@ class ModuleImage {
 
   // From the delay-import directory when the linker filled it (MSVC does); GNU ld leaves it
   // empty, so otherwise the descriptor is found in the image by its DLL name.
-  const DelayDescriptor* FindDelayDescriptor(const std::string& dll) const {
+  const IMAGE_DELAYLOAD_DESCRIPTOR* FindDelayDescriptor(const std::string& dll) const {
     if (DWORD directory = Directory(IMAGE_DIRECTORY_ENTRY_DELAY_IMPORT)) {
-      for (auto* d = At<DelayDescriptor>(directory); d->dll_name != 0; ++d) {
-        if (Names(d->dll_name, dll)) return d;
+      for (auto* d = At<IMAGE_DELAYLOAD_DESCRIPTOR>(directory); d->DllNameRVA != 0; ++d) {
+        if (Names(d->DllNameRVA, dll)) return d;
       }
       return nullptr;
     }
@@ -114,11 +102,12 @@ class ModuleImage {
     for (WORD s = 0; s < headers->FileHeader.NumberOfSections; ++s, ++section) {
       if ((section->Characteristics & IMAGE_SCN_MEM_DISCARDABLE) != 0) continue;
       const DWORD end = section->VirtualAddress + section->Misc.VirtualSize;
-      for (DWORD rva = section->VirtualAddress; rva + sizeof(DelayDescriptor) <= end; rva += 4) {
-        auto* d = At<DelayDescriptor>(rva);
-        if (d->attributes == 1 && d->dll_name > 0 &&
-            d->dll_name < headers->OptionalHeader.SizeOfImage && d->name_table > 0 &&
-            Names(d->dll_name, dll)) {
+      for (DWORD rva = section->VirtualAddress; rva + sizeof(IMAGE_DELAYLOAD_DESCRIPTOR) <= end;
+           rva += 4) {
+        auto* d = At<IMAGE_DELAYLOAD_DESCRIPTOR>(rva);
+        if (d->Attributes.AllAttributes == 1 && d->DllNameRVA > 0 &&
+            d->DllNameRVA < headers->OptionalHeader.SizeOfImage && d->ImportNameTableRVA > 0 &&
+            Names(d->DllNameRVA, dll)) {
           return d;
         }
       }
@@ -129,10 +118,6 @@ class ModuleImage {
   const BYTE* base_;
 };
 
-fs::path BuiltFile(const std::string& name) {
-  return fs::u8path(platform::ExecutableFolder()) / name;
-}
-
 class HostLoadingTest : public ::testing::Test {
  protected:
   // The plug-in file in a plug-in folder of its own, with the stitching library beside it or not.
@@ -141,7 +126,8 @@ class HostLoadingTest : public ::testing::Test {
     fs::create_directories(folder);
     const std::string plugin = host_sim::DefaultPluginPath();
     fs::copy_file(fs::u8path(plugin), folder / fs::u8path(plugin).filename());
-    if (with_stitcher) fs::copy_file(BuiltFile(kStitcher), folder / kStitcher);
+    if (with_stitcher)
+      fs::copy_file(fs::u8path(platform::ExecutableFolder()) / kStitcher, folder / kStitcher);
     return (folder / fs::u8path(plugin).filename()).u8string();
   }
 
@@ -222,57 +208,47 @@ TEST_F(HostLoadingTest, LoadingStartsNoWinsock) {
   EXPECT_EQ(WSAGetLastError(), WSANOTINITIALISED);
 }
 
-TEST_F(HostLoadingTest, LoadsAndAnswersWithoutTheStitchingLibrary) {
-  const std::string plugin_path = InstallPlugin(false);
-  host_sim::PluginModule plugin(plugin_path);
-  ASSERT_TRUE(plugin.loaded()) << plugin.error();
-  {
-    host_sim::HostSession session(plugin, 23);
-    imImportInfoRec capabilities;
-    EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
-    const std::string tried = (plugins_.path() / "Incomplete" / kStitcher).u8string();
-    EXPECT_NE(PluginLogText(CurrentProfile())
-                  .find("ERROR Stitching library could not be loaded from " + tried +
-                        " (error 126) SDK_File_Import:124"),
-              std::string::npos);
-
-    int32_t last_result = 0;
-    session.FileTypes(&last_result);
-    const std::string path = clips_.WriteFile("clip.qvo", "{}");
-    host_sim::HostFile clip(session, path, session.FileTypeFor(path)->file_type);
-    EXPECT_EQ(clip.Open(), malUnknownError);
-    EXPECT_NE(PluginLogText(CurrentProfile()).find("ERROR  PRSource failed. SDK_File_Import:862"),
-              std::string::npos);
-    EXPECT_EQ(session.ShutDown(), imNoErr);
+// Without the library beside it the plug-in still loads and answers, failing each open; with it,
+// the library is found there and not beside the host program.
+TEST_F(HostLoadingTest, FindsTheStitchingLibraryBesideThePluginOrAnswersWithoutIt) {
+  for (const bool with_stitcher : {false, true}) {
+    SCOPED_TRACE(with_stitcher ? "with the stitching library" : "without it");
+    host_sim::PluginModule plugin(InstallPlugin(with_stitcher));
+    ASSERT_TRUE(plugin.loaded()) << plugin.error();
+    {
+      host_sim::HostSession session(plugin, 23);
+      imImportInfoRec capabilities;
+      EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
+      int32_t last_result = 0;
+      session.FileTypes(&last_result);
+      const std::string path = clips_.WriteFile(with_stitcher ? "with.qvo" : "without.qvo",
+                                                R"({"width": 64, "height": 32})");
+      host_sim::HostFile clip(session, path, session.FileTypeFor(path)->file_type);
+      if (!with_stitcher) {
+        EXPECT_EQ(clip.Open(), malUnknownError);
+        const std::string tried = (plugins_.path() / "Incomplete" / kStitcher).u8string();
+        EXPECT_NE(PluginLogText(CurrentProfile())
+                      .find("ERROR Stitching library could not be loaded from " + tried +
+                            " (error 126) SDK_File_Import:124"),
+                  std::string::npos);
+        EXPECT_NE(
+            PluginLogText(CurrentProfile()).find("ERROR  PRSource failed. SDK_File_Import:862"),
+            std::string::npos);
+      } else {
+        ASSERT_EQ(clip.Open(), imNoErr);
+        ASSERT_EQ(clip.GetInfo(), imNoErr);
+        wchar_t loaded_from[MAX_PATH] = {};
+        GetModuleFileNameW(GetModuleHandleW(L"OmniStitcher.dll"), loaded_from, MAX_PATH);
+        EXPECT_EQ(fs::path(loaded_from).parent_path(), (plugins_.path() / "Complete"));
+        PPixHand frame = nullptr;
+        EXPECT_EQ(clip.RequestFrame(0, {0, 0, 0x46317659}, &frame), imNoErr);
+        EXPECT_NE(frame, nullptr);
+        EXPECT_EQ(clip.Close(), imNoErr);
+      }
+      EXPECT_EQ(session.ShutDown(), imNoErr);
+    }
+    EXPECT_TRUE(plugin.Unload());
   }
-  EXPECT_TRUE(plugin.Unload());
-}
-
-TEST_F(HostLoadingTest, FindsTheStitchingLibraryBesideThePluginAndNotBesideTheHost) {
-  host_sim::PluginModule plugin(InstallPlugin(true));
-  ASSERT_TRUE(plugin.loaded()) << plugin.error();
-  {
-    host_sim::HostSession session(plugin, 23);
-    imImportInfoRec capabilities;
-    EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
-    int32_t last_result = 0;
-    session.FileTypes(&last_result);
-    const std::string path = clips_.WriteFile("clip.qvo", R"({"width": 64, "height": 32})");
-    host_sim::HostFile clip(session, path, session.FileTypeFor(path)->file_type);
-    ASSERT_EQ(clip.Open(), imNoErr);
-    ASSERT_EQ(clip.GetInfo(), imNoErr);
-
-    wchar_t loaded_from[MAX_PATH] = {};
-    GetModuleFileNameW(GetModuleHandleW(L"OmniStitcher.dll"), loaded_from, MAX_PATH);
-    EXPECT_EQ(fs::path(loaded_from).parent_path(), (plugins_.path() / "Complete"));
-
-    PPixHand frame = nullptr;
-    EXPECT_EQ(clip.RequestFrame(0, {0, 0, 0x46317659}, &frame), imNoErr);
-    EXPECT_NE(frame, nullptr);
-    EXPECT_EQ(clip.Close(), imNoErr);
-    EXPECT_EQ(session.ShutDown(), imNoErr);
-  }
-  EXPECT_TRUE(plugin.Unload());
 }
 
 }  // namespace
