@@ -55,9 +55,6 @@ TEST_F(FileSessionTest, ReportsTheTimeBaseInHundredthsOfAFrame) {
 
   auto film = DescribedClip(R"({"width": 64, "height": 32, "fps": 23.976})");
   EXPECT_EQ(Info(*film).vidScale, 2397);
-
-  host().suites().Offer(kPrSDKTimeSuite, kPrSDKTimeSuiteVersion, nullptr);
-  EXPECT_EQ(Header(*DescribedClip("{}")).frame_duration, 0u) << "no ticks without the Time suite";
 }
 
 TEST_F(FileSessionTest, DescribesThePictureAsAnEquirectangularSphere) {
@@ -122,6 +119,16 @@ TEST_F(FileSessionTest, DataRateEntriesCountNtscFramesInThousandAndFirstParts) {
       EXPECT_EQ(uint32_t{sample.samplesize}, 64u * 32u * 4u);
     }
   }
+
+  // Without the host's Time suite a frame has no ticks, and an entry counts whole frames.
+  host().suites().Offer(kPrSDKTimeSuite, kPrSDKTimeSuiteVersion, nullptr);
+  auto untimed = DescribedClip(R"({"width": 64, "height": 32, "fps": 29.97002997002997})");
+  EXPECT_EQ(Header(*untimed).frame_duration, 0u);
+  std::vector<imDataSample> samples;
+  int32_t base_rate = -1;
+  ASSERT_EQ(untimed->DataRates(&samples, &base_rate), imNoErr);
+  ASSERT_FALSE(samples.empty());
+  EXPECT_EQ(uint32_t{samples[0].sampledur}, 0x80000001u);
 }
 
 TEST_F(FileSessionTest, RegistersOneFileTypeAndOnePixelFormat) {
