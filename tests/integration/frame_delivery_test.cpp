@@ -83,6 +83,7 @@ TEST_F(FrameDeliveryTest, WritesTheStitchersFrameAtTheFilesSizeIntoTheHostsRows)
         const HostFrame* frame = Frame(clip, 3, {width, height, planar ? kPlanar : kBgra}, &result);
         host().frame_cache().ExpireAll();
         ASSERT_EQ(result, imNoErr);
+        ASSERT_NE(frame, nullptr);
         ASSERT_EQ(frame->planar, planar);
         EXPECT_EQ(std::make_pair(frame->width, frame->height), std::make_pair(64, 32));
         EXPECT_EQ(clip->last_frame_format().inFrameWidth, 64);
