@@ -1,4 +1,5 @@
 // The host's suites as the plug-in reaches them: stdParms->piSuites->utilFuncs->getSPBasicSuite().
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -9,6 +10,9 @@ namespace {
 
 using host_sim::Host;
 using host_sim::HostReport;
+using ::testing::ElementsAre;
+using ::testing::FieldsAre;
+using ::testing::HasSubstr;
 
 class SuiteAccessTest : public ::testing::Test {
  protected:
@@ -19,10 +23,6 @@ class SuiteAccessTest : public ::testing::Test {
     const void* table = nullptr;
     EXPECT_EQ(basic()->AcquireSuite(name, version, &table), kSPNoError) << name;
     return static_cast<const Suite*>(table);
-  }
-
-  const PrSDKTimeSuite* AcquireTime() {
-    return Acquire<PrSDKTimeSuite>(kPrSDKTimeSuite, kPrSDKTimeSuiteVersion);
   }
 
   Host host_;
@@ -51,15 +51,13 @@ TEST_F(SuiteAccessTest, AnUnknownNameOrVersionAnswersAnErrorAndNoTable) {
 
   HostReport report = host_.Report();
   EXPECT_TRUE(report.suites_unbalanced.empty()) << "a refused suite is not owed a release";
-  ASSERT_EQ(report.suites_refused.size(), 2u);
-  EXPECT_EQ(report.suites_refused[0].name, "Premiere Clip Render Suite");
-  EXPECT_EQ(report.suites_refused[1].name, kPrSDKPPixCacheSuite);
-  EXPECT_EQ(report.suites_refused[1].version, 7);
+  EXPECT_THAT(report.suites_refused, ElementsAre(FieldsAre("Premiere Clip Render Suite", 1, 1),
+                                                 FieldsAre(kPrSDKPPixCacheSuite, 7, 1)));
 }
 
 TEST_F(SuiteAccessTest, ReportsSuitesAcquiredAndReleasedUnequallyOften) {
-  AcquireTime();
-  AcquireTime();
+  Acquire<PrSDKTimeSuite>(kPrSDKTimeSuite, kPrSDKTimeSuiteVersion);
+  Acquire<PrSDKTimeSuite>(kPrSDKTimeSuite, kPrSDKTimeSuiteVersion);
   basic()->ReleaseSuite(kPrSDKTimeSuite, kPrSDKTimeSuiteVersion);
   Acquire<void>(kPrSDKAudioSuite, kPrSDKAudioSuiteVersion);
   basic()->ReleaseSuite(kPrSDKAudioSuite, kPrSDKAudioSuiteVersion);
@@ -67,21 +65,15 @@ TEST_F(SuiteAccessTest, ReportsSuitesAcquiredAndReleasedUnequallyOften) {
   EXPECT_NE(basic()->ReleaseSuite("Premiere Clip Render Suite", 1), kSPNoError);
 
   HostReport report = host_.Report();
-  ASSERT_EQ(report.suites_unbalanced.size(), 3u);
-  EXPECT_EQ(report.suites_unbalanced[0].name, kPrSDKAudioSuite);
-  EXPECT_EQ(report.suites_unbalanced[0].acquired, 1);
-  EXPECT_EQ(report.suites_unbalanced[0].released, 2);
-  EXPECT_EQ(report.suites_unbalanced[1].acquired, 0);
-  EXPECT_EQ(report.suites_unbalanced[2].name, kPrSDKTimeSuite);
-  EXPECT_EQ(report.suites_unbalanced[2].acquired, 2);
-  EXPECT_EQ(report.suites_unbalanced[2].released, 1);
-  EXPECT_NE(report.ToString().find("\"Premiere Time Suite\" 1: acquired 2, released 1"),
-            std::string::npos)
-      << report.ToString();
+  EXPECT_THAT(report.suites_unbalanced,
+              ElementsAre(FieldsAre(kPrSDKAudioSuite, 1, 1, 2),
+                          FieldsAre("Premiere Clip Render Suite", 1, 0, 1),
+                          FieldsAre(kPrSDKTimeSuite, 1, 2, 1)));
+  EXPECT_THAT(report.ToString(), HasSubstr("\"Premiere Time Suite\" 1: acquired 2, released 1"));
 }
 
 TEST_F(SuiteAccessTest, TimeSuiteCountsTheHostsTicksExactlyForTheRatesItDefines) {
-  const PrSDKTimeSuite* time = AcquireTime();
+  const PrSDKTimeSuite* time = Acquire<PrSDKTimeSuite>(kPrSDKTimeSuite, kPrSDKTimeSuiteVersion);
   PrTime ticks = 0;
   EXPECT_EQ(time->GetTicksPerSecond(&ticks), suiteError_NoError);
   EXPECT_EQ(ticks, 254016000000);
@@ -121,14 +113,10 @@ TEST_F(SuiteAccessTest, UnservedSlotsAnswerFailureAndAreCounted) {
                                                                                     nullptr, 2, 0),
             0);
 
-  HostReport report = host_.Report();
-  ASSERT_EQ(report.failed_suite_calls.size(), 3u);
-  EXPECT_EQ(report.failed_suite_calls[0].suite, kPrSDKAudioSuite);
-  EXPECT_EQ(report.failed_suite_calls[0].function, "ConvertAndInterleaveTo16BitInteger");
-  EXPECT_EQ(report.failed_suite_calls[1].suite, kPrSDKPPixCacheSuite);
-  EXPECT_EQ(report.failed_suite_calls[1].function, "GetRawPPixFromCache");
-  EXPECT_EQ(report.failed_suite_calls[2].function, "GetUniqueKeySize");
-  EXPECT_EQ(report.failed_suite_calls[2].calls, 2);
+  EXPECT_THAT(host_.Report().failed_suite_calls,
+              ElementsAre(FieldsAre(kPrSDKAudioSuite, "ConvertAndInterleaveTo16BitInteger", 1),
+                          FieldsAre(kPrSDKPPixCacheSuite, "GetRawPPixFromCache", 1),
+                          FieldsAre(kPrSDKPPixSuite, "GetUniqueKeySize", 2)));
 }
 
 }  // namespace

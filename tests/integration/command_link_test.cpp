@@ -14,8 +14,6 @@ namespace {
 using namespace std::chrono_literals;
 using host_sim::HostFile;
 
-constexpr PrPixelFormat kPlanar = 0x46317659;
-
 // A read request is queued every 2.5 s while the server is silent; an answer may wait for one.
 constexpr auto kAnswerTime = 10s;
 

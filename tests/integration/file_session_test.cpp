@@ -2,7 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
+#include <tuple>
+#include <vector>
 
 #include "integration/plugin_fixture.h"
 
@@ -10,13 +13,11 @@ namespace {
 
 using host_sim::HostFile;
 using host_sim::HostReport;
+using ::testing::_;
 using ::testing::ElementsAre;
-using ::testing::Field;
+using ::testing::FieldsAre;
 
-class FileSessionTest : public PluginTest {
- protected:
-  HostReport Report() { return host().Report(); }
-};
+using FileSessionTest = PluginTest;
 
 TEST_F(FileSessionTest, AFullSessionLeavesNothingButTheAudioSuiteReleasedTwice) {
   auto clip = DescribedClip(R"({"width": 64, "height": 32, "frames": 10})");
@@ -24,41 +25,32 @@ TEST_F(FileSessionTest, AFullSessionLeavesNothingButTheAudioSuiteReleasedTwice) 
   EXPECT_EQ(reinterpret_cast<intptr_t>(clip->file_ref()), -1);
   EXPECT_EQ(clip->Close(), imNoErr);
 
-  HostReport report = Report();
+  HostReport report = host().Report();
   EXPECT_TRUE(report.handles_never_disposed.empty()) << report.ToString();
   EXPECT_TRUE(report.memory_faults.empty()) << report.ToString();
   // Closing releases the audio suite, and so does resetting the file's context.
-  EXPECT_THAT(report.suites_unbalanced,
-              ElementsAre(AllOf(Field(&host_sim::SuiteBalance::name, "Premiere Audio Suite"),
-                                Field(&host_sim::SuiteBalance::acquired, 1),
-                                Field(&host_sim::SuiteBalance::released, 2))));
+  EXPECT_THAT(report.suites_unbalanced, ElementsAre(FieldsAre("Premiere Audio Suite", 1, 1, 2)));
 }
 
-TEST_F(FileSessionTest, AFailedOpenLeavesItsHandleInTheSlotLocked) {
+// The plug-in locks the private handle before it knows the file is no good, and leaves it so.
+TEST_F(FileSessionTest, AFailedOpenOrInformationWithoutAContextLeavesItsHandleLocked) {
   auto clip = Clip(R"({"faults": {"create": true}})");
   EXPECT_EQ(clip->Open(), malUnknownError);
-  EXPECT_NE(clip->private_data(), nullptr);
+  EXPECT_NE(clip->private_data(), nullptr) << "left in the slot";
+  EXPECT_EQ(Clip(R"({"width": 64, "height": 32})")->GetInfo(), imBadFile);
 
-  HostReport report = Report();
-  ASSERT_EQ(report.handles_still_locked.size(), 1u) << report.ToString();
-  EXPECT_EQ(report.handles_still_locked[0].lock_count, 1);
-  EXPECT_EQ(report.handles_still_locked[0].size, 1200u);
+  HostReport report = host().Report();
+  EXPECT_THAT(report.handles_still_locked,
+              ElementsAre(FieldsAre(_, 1200u, 1), FieldsAre(_, 1200u, 1)))
+      << report.ToString();
   EXPECT_TRUE(report.suites_unbalanced.empty()) << report.ToString();
-}
-
-TEST_F(FileSessionTest, InformationWithoutAContextIsRefusedAndLeavesItsHandleLocked) {
-  auto clip = Clip(R"({"width": 64, "height": 32})");
-  EXPECT_EQ(clip->GetInfo(), imBadFile);
-  HostReport report = Report();
-  ASSERT_EQ(report.handles_still_locked.size(), 1u) << report.ToString();
-  EXPECT_EQ(report.handles_still_locked[0].lock_count, 1);
 }
 
 TEST_F(FileSessionTest, ReportsTheTimeBaseInHundredthsOfAFrame) {
   auto clip = DescribedClip(R"({"width": 64, "height": 32, "fps": 29.97, "frames": 900})");
-  EXPECT_EQ(Info(*clip).vidScale, 2997);
-  EXPECT_EQ(Info(*clip).vidSampleSize, 100);
-  EXPECT_EQ(Info(*clip).vidDuration, 90000);
+  EXPECT_THAT(std::vector<int32_t>(
+                  {Info(*clip).vidScale, Info(*clip).vidSampleSize, Info(*clip).vidDuration}),
+              ElementsAre(2997, 100, 90000));
   EXPECT_EQ(Header(*clip).frame_duration, 8475675675u) << "ticks per frame, truncated";
 
   auto film = DescribedClip(R"({"width": 64, "height": 32, "fps": 23.976})");
@@ -70,16 +62,13 @@ TEST_F(FileSessionTest, DescribesThePictureAsAnEquirectangularSphere) {
   auto stereo = DescribedClip(R"({"width": 64, "height": 64, "stereo": true})");
   for (const HostFile* clip : {mono, stereo}) {
     const imFileInfoRec8& info = Info(*clip);
-    EXPECT_EQ(info.hasVideo, 1);
-    EXPECT_EQ(info.vidInfo.depth, 32);
-    EXPECT_EQ(info.vidInfo.subType, 0x524C455F);
-    EXPECT_EQ(info.vidInfo.alphaType, 1) << "straight alpha at depth 32";
-    EXPECT_EQ(info.vidInfo.supportsGetSourceVideo, 1);
-    EXPECT_EQ(info.ivProjectionType, 1) << "equirectangular";
-    EXPECT_EQ(info.ivHorizontalCapturedView, 360u);
-    EXPECT_EQ(info.ivVerticalCapturedView, 180u);
-    EXPECT_EQ(info.accessModes, 4) << "separate sequential audio";
-    EXPECT_EQ(info.hasDataRate, 1);
+    // Straight alpha at depth 32; equirectangular projection; separate sequential audio access.
+    EXPECT_EQ(std::vector<int64_t>(
+                  {info.hasVideo, info.vidInfo.depth, info.vidInfo.subType, info.vidInfo.alphaType,
+                   info.vidInfo.supportsGetSourceVideo, info.vidInfo.supportsAsyncIO,
+                   info.vidInfo.hasPulldown, info.ivProjectionType, info.ivHorizontalCapturedView,
+                   info.ivVerticalCapturedView, info.accessModes, info.hasDataRate}),
+              std::vector<int64_t>({1, 32, 0x524C455F, 1, 1, 0, 0, 1, 360, 180, 4, 1}));
     EXPECT_TRUE(clip->info().TailUntouched());
   }
   EXPECT_EQ(Info(*mono).ivFrameLayout, 0);
@@ -91,17 +80,16 @@ TEST_F(FileSessionTest, ReportsSoundAsPlanarFloatWithTheHeadersChannelKind) {
   const struct {
     int channels;
     uint32_t kind;
-  } cases[] = {{2, 2}, {3, 1}, {6, 4}, {1, 1}};
+  } cases[] = {{2, 2}, {3, 1}, {4, 4}, {6, 4}, {1, 1}};
   for (const auto& c : cases) {
     auto clip = DescribedClip(
         R"({"width": 64, "height": 32, "audio": {"rate": 44100, "sample_frames": 1000, "channels": )" +
         std::to_string(c.channels) + "}}");
     const imFileInfoRec8& info = Info(*clip);
-    EXPECT_EQ(info.hasAudio, 1);
-    EXPECT_EQ(info.audInfo.numChannels, c.channels);
-    EXPECT_EQ(info.audInfo.sampleRate, 44100.0f);
-    EXPECT_EQ(info.audInfo.sampleType, 6);
-    EXPECT_EQ(info.audDuration, 1000);
+    EXPECT_EQ((std::tuple<int32_t, int32_t, float, int32_t, int64_t>{
+                  info.hasAudio, info.audInfo.numChannels, info.audInfo.sampleRate,
+                  info.audInfo.sampleType, info.audDuration}),
+              std::make_tuple(1, c.channels, 44100.0f, 6, 1000));
     EXPECT_EQ(Header(*clip).channel_type, c.kind) << c.channels << " channels";
   }
   auto silent = DescribedClip(R"({"width": 64, "height": 32, "audio": null})");
@@ -127,12 +115,20 @@ TEST_F(FileSessionTest, DataRateEntriesCountNtscFramesInThousandAndFirstParts) {
     EXPECT_EQ(base_rate, 0);
     ASSERT_EQ(samples.size(), 3u) << c.fps;
     for (const imDataSample& sample : samples) {
-      const uint32_t duration = sample.sampledur;
-      const uint32_t size = sample.samplesize;
-      EXPECT_EQ(duration, 0x80000000u | c.sample_duration) << c.fps;
-      EXPECT_EQ(size, 64u * 32u * 4u);
+      EXPECT_EQ(uint32_t{sample.sampledur}, 0x80000000u | c.sample_duration) << c.fps;
+      EXPECT_EQ(uint32_t{sample.samplesize}, 64u * 32u * 4u);
     }
   }
+
+  // Without the host's Time suite a frame has no ticks, and an entry counts whole frames.
+  host().suites().Offer(kPrSDKTimeSuite, kPrSDKTimeSuiteVersion, nullptr);
+  auto untimed = DescribedClip(R"({"width": 64, "height": 32, "fps": 29.97002997002997})");
+  EXPECT_EQ(Header(*untimed).frame_duration, 0u);
+  std::vector<imDataSample> samples;
+  int32_t base_rate = -1;
+  ASSERT_EQ(untimed->DataRates(&samples, &base_rate), imNoErr);
+  ASSERT_FALSE(samples.empty());
+  EXPECT_EQ(uint32_t{samples[0].sampledur}, 0x80000001u);
 }
 
 TEST_F(FileSessionTest, RegistersOneFileTypeAndOnePixelFormat) {
@@ -140,9 +136,8 @@ TEST_F(FileSessionTest, RegistersOneFileTypeAndOnePixelFormat) {
   std::vector<host_sim::RegisteredFileType> types = session_->FileTypes(&last_result);
   EXPECT_EQ(last_result, imBadFormatIndex);
   ASSERT_EQ(types.size(), 1u);
-  EXPECT_EQ(types[0].file_type, 0x0071766F);
-  EXPECT_EQ(types[0].name, "Quorvel Omni Project");
-  EXPECT_EQ(types[0].short_name, "Quorvel Omni Project");
+  EXPECT_EQ(std::tie(types[0].file_type, types[0].name, types[0].short_name),
+            std::make_tuple(0x0071766F, "Quorvel Omni Project", "Quorvel Omni Project"));
   EXPECT_THAT(types[0].extensions, ElementsAre("qvo"));
 
   auto clip = DescribedClip(R"({"width": 64, "height": 32})");
@@ -158,11 +153,9 @@ TEST_F(FileSessionTest, ThePreferencesBlockIsAPrivateRecordHoldingTheHostsPath) 
   EXPECT_EQ(clip->GetPrefsWithoutRecord(), imNoErr);
   ASSERT_EQ(clip->GetPrefs(), imNoErr);
   ASSERT_EQ(clip->prefs().size(), 1200u);
-  const std::u16string& wide = clip->host_path();
-  std::u16string path(wide.size(), u'\0');
-  std::memcpy(path.data(), clip->prefs().data() + 610, wide.size() * sizeof(char16_t));
-  EXPECT_EQ(path, wide);
-  EXPECT_EQ(ReadAt<char16_t>(clip->prefs().data(), 610 + wide.size() * 2), u'\0');
+  std::u16string path(clip->host_path().size() + 1, u'x');
+  std::memcpy(path.data(), clip->prefs().data() + 610, path.size() * sizeof(char16_t));
+  EXPECT_EQ(path, clip->host_path() + u'\0') << "the host's path, terminated";
 }
 
 TEST_F(FileSessionTest, SavesByMoveOrCopyAndNeverOverAnExistingFile) {

@@ -10,8 +10,6 @@ namespace {
 
 using host_sim::HostFile;
 
-constexpr PrPixelFormat kPlanar = 0x46317659;
-
 class LogLinesTest : public PluginTest {
  protected:
   void SetUp() override {
@@ -77,16 +75,21 @@ TEST_F(LogLinesTest, SaysWhyAFrameOrSoundCannotBeHad) {
 
   EXPECT_EQ(once->RequestFrame(0, {0, 0, kPlanar}, &frame), imNoContent);
   EXPECT_TRUE(Logged("ERROR create pr source failed on socket request! SDK_File_Import:2276"));
-  float sample = 0;
+  constexpr float kUntouched = -7.0f;
+  float sample = kUntouched;
   float* buffers[1] = {&sample};
   EXPECT_EQ(once->ReadAudio(0, 1, buffers), imNoContent);
   EXPECT_TRUE(Logged("ERROR create pr source failed on socket request! SDK_File_Import:1418"));
 
+  // A file whose open failed has no context: no frame is made for it, no sound written.
   HostFile* broken = Clip(R"({"faults": {"create": true}})");
-  broken->Open();
+  ASSERT_EQ(broken->Open(), malUnknownError);
+  const size_t frames_before = host().frames().live_count();
   EXPECT_EQ(broken->RequestFrame(0, {0, 0, kPlanar}, &frame), imNoContent);
+  EXPECT_EQ(host().frames().live_count(), frames_before);
   EXPECT_TRUE(Logged("ERROR FileContext pointer is null\\. SDK_File_Import:2265"));
   EXPECT_EQ(broken->ReadAudio(0, 1, buffers), imNoContent);
+  EXPECT_EQ(sample, kUntouched);
   EXPECT_TRUE(Logged("ERROR FileContext pointer is null\\. SDK_File_Import:1411"));
 }
 

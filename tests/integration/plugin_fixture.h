@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,12 +17,8 @@
 #include "support/plugin_log_file.h"
 #include "support/temp_folder.h"
 
-template <typename T>
-T ReadAt(const void* bytes, size_t offset) {
-  T value;
-  std::memcpy(&value, static_cast<const char*>(bytes) + offset, sizeof(T));
-  return value;
-}
+// The one pixel format the plug-in announces: planar 8-bit YUV 4:2:0.
+constexpr PrPixelFormat kPlanar = 0x46317659;
 
 class PluginTest : public ::testing::Test {
  protected:
