@@ -1,5 +1,6 @@
 // One Plugin.log line beside the least that the log's design needs for one line done directly:
-// three fprintf, fflush, one file-status query, under a lock so that lines stay whole.
+// three fprintf, fflush, one file-status query, under a lock so that lines stay whole. And the
+// instructions of one line, counted under callgrind, the unit of a frame's counted overhead.
 #include <benchmark/benchmark.h>
 
 #include <atomic>
@@ -10,6 +11,7 @@
 #include <string>
 
 #include "bench_host.h"
+#include "counted_stretch.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "platform/c_runtime_files.h"
@@ -58,6 +60,16 @@ void BM_LogLineBetweenFrames(benchmark::State& state) {
   }
 }
 
+// Lines after the first, so that the log file's opening is not a line's.
+constexpr int kWarmUpLines = 100;
+
+void BM_LogLineInstructions(benchmark::State& state) {
+  PluginLog* log = BenchLog();
+  for (int i = 0; i < kWarmUpLines; ++i) WriteLine(log);
+  CountedStretch counted("log_line", state);
+  for (auto _ : state) WriteLine(log);
+}
+
 struct DirectLog {
   DirectLog() : path(BenchLog()->folder() + "/Direct.log") {
     file = platform::OpenTextFile(path, "a+");
@@ -86,3 +98,4 @@ void BM_DirectLogLine(benchmark::State& state) {
 BENCHMARK(BM_LogLine)->Threads(1)->Threads(2)->UseRealTime();
 BENCHMARK(BM_LogLineBetweenFrames)->Arg(3840)->Arg(7680)->UseManualTime();
 BENCHMARK(BM_DirectLogLine)->Threads(1)->Threads(2)->UseRealTime();
+BENCHMARK(BM_LogLineInstructions)->Iterations(1000);

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Installs, once, the Debian packages that both builds, the tests, the demo and signing need.
+# Installs, once, the Debian packages that both builds, the tests, the benchmarks, the demo and
+# signing need.
 set -euo pipefail
 
 packages=(
-  build-essential cmake ninja-build clang-format clang libclang-rt-14-dev jq
+  build-essential cmake ninja-build clang-format clang libclang-rt-14-dev jq valgrind
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   rapidjson-dev libasio-dev libstb-dev
   g++-mingw-w64-x86-64-posix mingw-w64-tools
