@@ -34,7 +34,7 @@ class CommandClientTest : public ::testing::Test {
  protected:
   void SetUp() override {
     SetHomeDriveAndPath(home_.path().string());
-    log_start_ = LogText().size();
+    log_start_ = PluginLogText(CurrentProfile()).size();
   }
 
   void TearDown() override { StopClient(); }
@@ -68,11 +68,9 @@ class CommandClientTest : public ::testing::Test {
     return *server_;
   }
 
-  static std::string LogText() { return PluginLogText(CurrentProfile()); }
-
   // Occurrences of `text` in the log lines written since the test began.
   size_t LoggedSinceStart(const std::string& text) const {
-    const std::string written = LogText().substr(log_start_);
+    const std::string written = PluginLogText(CurrentProfile()).substr(log_start_);
     size_t count = 0;
     for (size_t at = written.find(text); at != std::string::npos; at = written.find(text, at + 1)) {
       ++count;
@@ -116,12 +114,8 @@ TEST_F(CommandClientTest, HandlesEachReceiveByItselfUpToItsFirstBrokenPiece) {
 }
 
 TEST_F(CommandClientTest, AnswersMediaInfoAndLogsEachRequestAndItsResponse) {
-  MediaInfo media;
-  media.fps = 30.0;
-  media.frame_count = 900;
-  media.bitrate = 120000000;
-  media.offset = "0.5,0,0";
-  MediaInfoCache()["D:\\logged"] = media;
+  MediaInfoCache()["D:\\logged"] =
+      MediaInfo{0, 0, 0, 30.0, 900, 120000000, 0, 0, 0, 0, 0, "0.5,0,0"};
   CommandServer& server = ConnectedServer();
   const std::string request = command_server::MediaInfoRequest("7", "D:\\logged");
   server.Send(request);
@@ -177,14 +171,14 @@ TEST_F(CommandClientTest, TriesTheDefaultPortAndSaysSoWithoutAHomeDrive) {
 
 TEST_F(CommandClientTest, SaysSoOnEveryPassWithoutAHomePath) {
   platform::UnsetEnvironment("HOMEPATH");
+  const std::string line = "ERROR Can't get home path! SDK_File_Import:2438";
   StartClient();
   const auto give_up = std::chrono::steady_clock::now() + 5s;
-  while (LoggedSinceStart("ERROR Can't get home path! SDK_File_Import:2438") < 2 &&
-         std::chrono::steady_clock::now() < give_up) {
+  while (LoggedSinceStart(line) < 2 && std::chrono::steady_clock::now() < give_up) {
     std::this_thread::sleep_for(10ms);
   }
   StopClient();
-  EXPECT_GE(LoggedSinceStart("ERROR Can't get home path! SDK_File_Import:2438"), 2u);
+  EXPECT_GE(LoggedSinceStart(line), 2u);
 }
 
 using CommandClientDeathTest = CommandClientTest;

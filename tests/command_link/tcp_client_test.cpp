@@ -5,6 +5,7 @@
 #include <asio.hpp>
 #include <chrono>
 #include <condition_variable>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -23,6 +24,7 @@ using command_link::TcpClient;
 using command_link::TcpError;
 using command_server::CommandServer;
 using Clock = std::chrono::steady_clock;
+using Texts = std::vector<std::string>;
 
 // How long a test waits for something that should happen at once, before it fails instead of
 // hanging.
@@ -32,65 +34,40 @@ const char kLoopback[] = "127.0.0.1";
 
 tcp::endpoint AnyLoopbackPort() { return {asio::ip::address_v4::loopback(), 0}; }
 
-// Held by every test for its own server's sockets: a test that ran before may have stopped the
-// sockets layer for the whole process, as the plug-in's shut-down does even after a failed start.
-class SocketsLayer {
- public:
-  SocketsLayer() : started_(platform::StartSockets()) {}
-  ~SocketsLayer() {
-    if (started_) platform::StopSockets();
-  }
-  SocketsLayer(const SocketsLayer&) = delete;
-  SocketsLayer& operator=(const SocketsLayer&) = delete;
-
- private:
-  const bool started_;
-};
-
 // A listening socket whose accept queue is full, and that nobody accepts on. The system drops
 // further connection attempts without answering them (Linux, and Wine on top of it), so a
 // connect to it neither succeeds nor is refused: only its time-out ends it. The queue is filled
 // by connecting until one attempt stays unanswered; how many it holds is the system's business.
 class FullListener {
  public:
-  FullListener() : acceptor_(io_) {
-    acceptor_.open(tcp::v4());
+  FullListener() : acceptor_(io_, tcp::v4()) {
     acceptor_.bind(AnyLoopbackPort());
     acceptor_.listen(0);
-    FillQueue();
+    for (int attempt = 0; attempt < 8 && answered_; ++attempt) {
+      fillers_.emplace_back(io_);  // a list, as a pending connect needs its socket to stay put
+      answered_ = false;
+      fillers_.back().async_connect(acceptor_.local_endpoint(),
+                                    [this](const std::error_code&) { answered_ = true; });
+      io_.restart();
+      io_.run_for(std::chrono::milliseconds(250));
+    }
   }
 
   uint32_t port() const { return acceptor_.local_endpoint().port(); }
 
-  // False when filling failed: every attempt was answered.
-  bool full() const { return !last_attempt_answered_; }
-
-  // True while the attempt that found the queue full is still unanswered.
+  // True while the attempt that found the queue full is still unanswered; false when filling
+  // failed because every attempt was answered.
   bool StillFull() {
     io_.restart();
     io_.poll();
-    return !last_attempt_answered_;
+    return !answered_;
   }
 
  private:
-  void FillQueue() {
-    constexpr int kMostAttempts = 8;
-    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
-      fillers_.push_back(std::make_unique<tcp::socket>(io_));
-      last_attempt_answered_ = false;
-      fillers_.back()->async_connect(acceptor_.local_endpoint(), [this](const std::error_code&) {
-        last_attempt_answered_ = true;
-      });
-      io_.restart();
-      io_.run_for(std::chrono::milliseconds(250));
-      if (!last_attempt_answered_) return;
-    }
-  }
-
   asio::io_context io_;
   tcp::acceptor acceptor_;
-  std::vector<std::unique_ptr<tcp::socket>> fillers_;
-  bool last_attempt_answered_ = false;
+  std::list<tcp::socket> fillers_;
+  bool answered_ = true;
 };
 
 struct Received {
@@ -119,8 +96,8 @@ class ReadLog {
     return received_;
   }
 
-  std::vector<std::string> texts() const {
-    std::vector<std::string> texts;
+  Texts texts() const {
+    Texts texts;
     for (const Received& read : received()) texts.push_back(read.success ? read.bytes : "FAILED");
     return texts;
   }
@@ -138,18 +115,6 @@ class ReadLog {
   std::vector<Received> received_;  // guarded by mutex_
 };
 
-// True once `condition` holds, checked every millisecond until patience runs out; for what the
-// client does not report, such as a detached worker finishing.
-template <typename Condition>
-bool Eventually(Condition condition) {
-  const Clock::time_point deadline = Clock::now() + kPatience;
-  while (!condition()) {
-    if (Clock::now() > deadline) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
-}
-
 class TcpClientTest : public ::testing::Test {
  protected:
   // Connects the client and waits until the server has taken the connection.
@@ -159,42 +124,49 @@ class TcpClientTest : public ::testing::Test {
     ASSERT_TRUE(server_.WaitForConnection(kPatience));
   }
 
-  void Read(uint32_t size) { client_->async_read(log_.Request(size)); }
+  // What the client throws on connecting to `port`; the connect must fail.
+  std::string ConnectFailure(uint32_t port, uint32_t timeout_ms = 2000) {
+    std::string what = "connected";
+    try {
+      client_->connect(kLoopback, port, timeout_ms);
+    } catch (const TcpError& error) {
+      what = error.what();
+    }
+    EXPECT_FALSE(client_->is_connected());
+    return what;
+  }
 
-  SocketsLayer sockets_layer_;
+  void Read(uint32_t size, int times = 1) {
+    for (int i = 0; i < times; ++i) client_->async_read(log_.Request(size));
+  }
+
+  // Held for the server's sockets: a test that ran before may have stopped the sockets layer for
+  // the whole process, as the plug-in's shut-down does even after a failed start.
+  platform::ScopedSockets sockets_layer_;
   CommandServer server_;
   ReadLog log_;
   std::unique_ptr<TcpClient> client_ = std::make_unique<TcpClient>();
 };
 
-TEST_F(TcpClientTest, ThrowsWhenTheConnectionIsRefused) {
+TEST_F(TcpClientTest, ThrowsWhenTheConnectionIsRefusedOrThePortIsNoTcpPort) {
   // A port that is bound but not listening: the system refuses at once.
   asio::io_context io;
-  tcp::acceptor bound_only(io);
-  bound_only.open(tcp::v4());
+  tcp::acceptor bound_only(io, tcp::v4());
   bound_only.bind(AnyLoopbackPort());
-  try {
-    client_->connect(kLoopback, bound_only.local_endpoint().port(), 2000);
-    ADD_FAILURE() << "connected to a port that nobody listens on";
-  } catch (const TcpError& error) {
-    EXPECT_EQ(std::string(error.what()).find("timed out"), std::string::npos) << error.what();
-  }
-  EXPECT_FALSE(client_->is_connected());
+  const std::string refused = ConnectFailure(bound_only.local_endpoint().port());
+  EXPECT_NE(refused, "connected");
+  EXPECT_EQ(refused.find("timed out"), std::string::npos) << refused;
+  EXPECT_EQ(ConnectFailure(65536), "not a TCP port: 65536");
 }
 
 TEST_F(TcpClientTest, ThrowsWhenTheServerDoesNotAnswerWithinTheTimeOut) {
   FullListener listener;
-  ASSERT_TRUE(listener.full());
-  const auto timeout = std::chrono::milliseconds(100);
+  ASSERT_TRUE(listener.StillFull());
+  constexpr uint32_t kTimeoutMs = 100;
   const Clock::time_point start = Clock::now();
-  try {
-    client_->connect(kLoopback, listener.port(), static_cast<uint32_t>(timeout.count()));
-    ADD_FAILURE() << "connected to a server that never answers";
-  } catch (const TcpError& error) {
-    EXPECT_NE(std::string(error.what()).find("timed out"), std::string::npos) << error.what();
-  }
-  EXPECT_GE(Clock::now() - start, timeout);
-  EXPECT_FALSE(client_->is_connected());
+  const std::string failure = ConnectFailure(listener.port(), kTimeoutMs);
+  EXPECT_NE(failure.find("timed out"), std::string::npos) << failure;
+  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(kTimeoutMs));
   EXPECT_TRUE(listener.StillFull());
 }
 
@@ -214,20 +186,17 @@ TEST_F(TcpClientTest, ServesQueuedReadsInOrderOneReceiveEachAtMostTheirSize) {
   ASSERT_TRUE(log_.WaitFor(2));
   server_.SendRaw("abc");
   ASSERT_TRUE(log_.WaitFor(3));
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"0123", "456789", "abc"}));
+  EXPECT_EQ(log_.texts(), Texts({"0123", "456789", "abc"}));
   EXPECT_LT(log_.received()[2].capacity, 4096u) << "a buffer of the bytes that arrived";
 }
 
 TEST_F(TcpClientTest, PeerCloseDeliversWhatArrivedFailsTheRestAndDropsTheConnection) {
   Connect();
-  Read(64);
-  Read(64);
-  Read(64);
+  Read(64, 3);
   server_.SendRaw(R"({"requestId":"17","ty)");
   server_.CloseConnection();
   ASSERT_TRUE(log_.WaitFor(3));
-  EXPECT_EQ(log_.texts(),
-            std::vector<std::string>({R"({"requestId":"17","ty)", "FAILED", "FAILED"}));
+  EXPECT_EQ(log_.texts(), Texts({R"({"requestId":"17","ty)", "FAILED", "FAILED"}));
   EXPECT_FALSE(client_->is_connected());
   EXPECT_THROW(Read(64), TcpError);
 
@@ -242,7 +211,7 @@ TEST_F(TcpClientTest, WritesArriveWholeAndInOrder) {
   Connect();
   std::mutex mutex;
   std::vector<std::pair<size_t, TcpClient::WriteResult>> answers;  // guarded by mutex
-  std::vector<std::string> texts;
+  Texts texts;
   for (size_t index = 0; index < 40; ++index) {
     // Every tenth message is large enough to need several sends.
     const size_t length = index % 10 == 0 ? 300000 : 7;
@@ -298,11 +267,9 @@ TEST_F(TcpClientTest, DisconnectFailsPendingReadsAndClosesTheSocketAndIsHarmless
   EXPECT_THROW(client_->async_write({{'x'}, nullptr}), TcpError);
   client_->disconnect(true);
   Connect();
-  Read(64);
-  Read(64);
-  Read(64);
+  Read(64, 3);
   client_->disconnect(true);
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "FAILED", "FAILED"}));
+  EXPECT_EQ(log_.texts(), Texts({"FAILED", "FAILED", "FAILED"}));
   EXPECT_FALSE(client_->is_connected());
   EXPECT_TRUE(server_.WaitForDisconnection(kPatience));
   EXPECT_THROW(Read(64), TcpError);
@@ -315,13 +282,11 @@ TEST_F(TcpClientTest, DestroyingRightAfterDisconnectLeavesQueuedCallbacksSafe) {
   // Keeps the worker running, so that the callbacks run after their client is gone.
   const TcpClient another_client;
   Connect();
-  Read(64);
-  Read(64);
-  Read(64);
+  Read(64, 3);
   client_->disconnect(false);
   client_.reset();
   ASSERT_TRUE(log_.WaitFor(3));
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED", "FAILED", "FAILED"}));
+  EXPECT_EQ(log_.texts(), Texts({"FAILED", "FAILED", "FAILED"}));
   EXPECT_TRUE(server_.WaitForDisconnection(kPatience));
 }
 
@@ -335,7 +300,7 @@ TEST_F(TcpClientTest, DisconnectFromACallbackDoesNotWaitForItself) {
   Read(64);
   server_.SendRaw("last words");
   ASSERT_TRUE(log_.WaitFor(2));
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"last words", "FAILED"}));
+  EXPECT_EQ(log_.texts(), Texts({"last words", "FAILED"}));
   EXPECT_FALSE(client_->is_connected());
 }
 
@@ -352,7 +317,7 @@ TEST_F(TcpClientTest, TheIoWorkerRunsWhileAnyClientExistsAndEndsWithTheLast) {
   Read(64);
   client_.reset();
   EXPECT_FALSE(IoWorkerRunning()) << "the last client was destroyed while connected";
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"FAILED"}));
+  EXPECT_EQ(log_.texts(), Texts({"FAILED"}));
 }
 
 TEST_F(TcpClientTest, AFreshIoWorkerServesALaterClientAndEndsWhenACallbackDestroysIt) {
@@ -366,8 +331,13 @@ TEST_F(TcpClientTest, AFreshIoWorkerServesALaterClientAndEndsWhenACallbackDestro
                        }});
   server_.SendRaw("bye");
   ASSERT_TRUE(log_.WaitFor(1));
-  EXPECT_TRUE(Eventually([] { return !IoWorkerRunning(); }));
-  EXPECT_EQ(log_.texts(), std::vector<std::string>({"bye"}));
+  // The worker was detached by the callback's destructor, so nothing reports its end.
+  const Clock::time_point give_up = Clock::now() + kPatience;
+  while (IoWorkerRunning() && Clock::now() < give_up) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  EXPECT_FALSE(IoWorkerRunning());
+  EXPECT_EQ(log_.texts(), Texts({"bye"}));
 }
 
 }  // namespace

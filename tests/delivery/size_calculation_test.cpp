@@ -13,9 +13,10 @@ namespace {
 
 class SizeCalculationTest : public ::testing::Test {
  protected:
-  // Selector imCalcSize8 for the clip, with `file` passed beside the request.
-  int32_t Calculate(int32_t duration, int32_t scale, int32_t sample_size, imFileRef file,
-                    int64_t* size) {
+  // Selector imCalcSize8 for the clip, with `file` passed beside the request, which must answer
+  // `result`.
+  int64_t Size(int32_t duration, int32_t scale, int32_t sample_size, imFileRef file = nullptr,
+               int32_t result = imNoErr) {
     char* block = reinterpret_cast<char*>(&record_);
     imCalcSizeRec request{};
     request.privatedata = &block;
@@ -24,58 +25,42 @@ class SizeCalculationTest : public ::testing::Test {
     request.sampleSize = sample_size;
     imFileAccessRec8 access{};
     access.fileref = file;
-    int32_t result = CalculateSize(&request, &access);
-    *size = request.sizeInBytes;
-    return result;
+    EXPECT_EQ(CalculateSize(&request, &access), result);
+    return request.sizeInBytes;
   }
 
   PrivateFileRecord record_ = RecordFor(SampleClip{});
 };
 
 TEST_F(SizeCalculationTest, CountsHeaderFramesWithSeparatorsAndAudioOrSamplesWithoutVideo) {
-  int64_t size = 0;
-  ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
   // Frames: (4 x 2 x 4 + 4) x 10 / 2; audio: 10 Hz x 10 / 5 samples x 2 channels x 4 bytes.
-  EXPECT_EQ(size, 602 + 36 * 10 / 2 + 20 * 2 * 4);
-
+  EXPECT_EQ(Size(10, 2, 5), 602 + 36 * 10 / 2 + 20 * 2 * 4);
   record_.header.channel_type = 4;
-  ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
-  EXPECT_EQ(size, 602 + 180 - 20 * 4) << "four or more channels count as -1";
-
+  EXPECT_EQ(Size(10, 2, 5), 602 + 180 - 20 * 4) << "four or more channels count as -1";
   record_.header.channel_type = 2;
   record_.header.has_video = 0;
-  ASSERT_EQ(Calculate(7, 2, 5, nullptr, &size), imNoErr);
-  EXPECT_EQ(size, 602 + 7 * 2 * 4) << "without video, the duration counts sample frames";
+  EXPECT_EQ(Size(7, 2, 5), 602 + 7 * 2 * 4) << "without video, the duration counts sample frames";
 }
 
 TEST_F(SizeCalculationTest, HoldsASizeBeyond64BitsAtTheLargestAndCountsNoSamplesForNoRate) {
-  int64_t size = 0;
   record_.header.width = std::numeric_limits<int32_t>::max();
   record_.header.height = std::numeric_limits<int32_t>::max();
-  ASSERT_EQ(Calculate(10, 1, 5, nullptr, &size), imNoErr);
-  EXPECT_EQ(size, std::numeric_limits<int64_t>::max());
-
+  EXPECT_EQ(Size(10, 1, 5), std::numeric_limits<int64_t>::max());
   record_.header.width = 4;
   record_.header.height = 2;
   record_.header.sample_rate = 1e300;
-  ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
-  EXPECT_EQ(size, std::numeric_limits<int64_t>::max());
-
+  EXPECT_EQ(Size(10, 2, 5), std::numeric_limits<int64_t>::max());
   record_.header.sample_rate = std::nan("");
-  ASSERT_EQ(Calculate(10, 2, 5, nullptr, &size), imNoErr);
-  EXPECT_EQ(size, 602 + 36 * 10 / 2);
+  EXPECT_EQ(Size(10, 2, 5), 602 + 36 * 10 / 2);
 }
 
 TEST_F(SizeCalculationTest, WithoutADurationGivesTheOpenFilesSizeOr4) {
   TempFolder folder;
   std::string path = folder.WriteFile("clip.qvo", std::string(1234, 'x'));
   platform::FileHandle file = platform::OpenFileForReading(HostPath(path).c_str());
-  int64_t size = 0;
-  EXPECT_EQ(Calculate(0, 2, 5, file, &size), imNoErr);
-  EXPECT_EQ(size, 1234);
+  EXPECT_EQ(Size(0, 2, 5, file), 1234);
   platform::CloseFileHandle(file);
-
-  EXPECT_EQ(Calculate(0, 2, 5, platform::InvalidFileHandle(), &size), imMemErr);
+  Size(0, 2, 5, platform::InvalidFileHandle(), imMemErr);
 }
 
 }  // namespace

@@ -12,22 +12,25 @@
 
 namespace {
 
+// A frame of the sample clip, 4 x 2 pixels of 4 bytes, then its "++++" separator.
+constexpr size_t kFrameBytes = 4 * 2 * 4;
+constexpr size_t kFrameStride = kFrameBytes + 4;
+
+SampleFileHeader HeaderOf(const std::string& bytes) {
+  SampleFileHeader header;
+  std::memcpy(&header, bytes.data(), sizeof(header));
+  return header;
+}
+
 class TrimmingTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    source_ = folder_.WriteFile("source.qvo", SampleFileContent(clip_));
-    source_wide_ = HostPath(source_);
-    target_ = folder_.Join("trimmed.qvo");
-    target_wide_ = HostPath(target_);
-  }
-
   // Selector imTrimFile8 on the clip. One frame lasts one second (scale 2 over sample size 2),
   // so ten samples at 10 Hz.
   int32_t Trim(int32_t trim_in, int32_t duration, bool with_progress = true,
                bool keep_video = true) {
     char* block = reinterpret_cast<char*>(&record_);
     imFileAccessRec8 access{};
-    access.filepath = source_wide_.c_str();
+    access.filepath = source_.c_str();
     imTrimFileRec8 request{};
     request.privatedata = &block;
     request.trimIn = trim_in;
@@ -51,39 +54,40 @@ class TrimmingTest : public ::testing::Test {
     return test->progress_.size() < test->continue_for_ ? imProgressContinue : imProgressAbort;
   }
 
-  std::string Target() const { return ReadWholeFile(target_); }
+  // The trimmed file, removed so that the next trim may write it again.
+  std::string TakeTarget() {
+    const std::string bytes = ReadWholeFile(target_);
+    std::filesystem::remove(target_);
+    return bytes;
+  }
 
   SampleClip clip_;
   PrivateFileRecord record_ = RecordFor(clip_);
   TempFolder folder_;
-  std::string source_;
-  std::u16string source_wide_;
-  std::string target_;
-  std::u16string target_wide_;
+  const std::u16string source_ =
+      HostPath(folder_.WriteFile("source.qvo", SampleFileContent(clip_)));
+  const std::string target_ = folder_.Join("trimmed.qvo");
+  const std::u16string target_wide_ = HostPath(target_);
   std::vector<int32_t> progress_;
   size_t continue_for_ = 1000;
 };
 
 TEST_F(TrimmingTest, WritesTheRangesFramesAndSoundInTheSampleFormatReportingEachStep) {
   ASSERT_EQ(Trim(1, 2), imNoErr);
-  std::string bytes = Target();
-  const size_t frame_bytes = 4 * 2 * 4;
-  ASSERT_EQ(bytes.size(), 602 + 2 * (frame_bytes + 4) + 2 * 20 * sizeof(float));
-
-  SampleFileHeader header;
-  std::memcpy(&header, bytes.data(), sizeof(header));
+  const std::string bytes = TakeTarget();
+  ASSERT_EQ(bytes.size(), 602 + 2 * kFrameStride + 2 * 20 * sizeof(float));
+  const SampleFileHeader header = HeaderOf(bytes);
   EXPECT_EQ(header.frame_count, 2u);
   EXPECT_EQ(header.sample_frames, 20u);
   EXPECT_EQ(header.width, 4);
-
   for (uint32_t k = 0; k < 2; ++k) {
-    const size_t start = 602 + k * (frame_bytes + 4);
-    for (uint32_t i = 0; i < frame_bytes; ++i) {
+    const size_t start = 602 + k * kFrameStride;
+    for (uint32_t i = 0; i < kFrameBytes; ++i) {
       ASSERT_EQ(static_cast<uint8_t>(bytes[start + i]), FrameByte(1 + k, i));
     }
-    EXPECT_EQ(bytes.substr(start + frame_bytes, 4), "++++");
+    EXPECT_EQ(bytes.substr(start + kFrameBytes, 4), "++++");
   }
-  const size_t audio = 602 + 2 * (frame_bytes + 4);
+  const size_t audio = 602 + 2 * kFrameStride;
   for (int channel = 0; channel < 2; ++channel) {
     for (uint64_t n = 0; n < 20; ++n) {
       float value;
@@ -93,14 +97,16 @@ TEST_F(TrimmingTest, WritesTheRangesFramesAndSoundInTheSampleFormatReportingEach
   }
   // Two frames, then two one-second blocks of each of two channels.
   EXPECT_EQ(progress_, (std::vector<int32_t>{25, 50, 62, 75, 87, 100}));
+
+  ASSERT_EQ(Trim(1, 0), imNoErr) << "to the end, from past the start: trimmed, not copied whole";
+  EXPECT_EQ(HeaderOf(TakeTarget()).frame_count, 4u);
 }
 
 TEST_F(TrimmingTest, LeavingThePictureOutWritesTheSoundAloneUnderAHeaderWithoutVideo) {
   ASSERT_EQ(Trim(1, 2, true, false), imNoErr);
-  const std::string bytes = Target();
+  const std::string bytes = TakeTarget();
   ASSERT_EQ(bytes.size(), 602 + 2 * 20 * sizeof(float));
-  SampleFileHeader header;
-  std::memcpy(&header, bytes.data(), sizeof(header));
+  const SampleFileHeader header = HeaderOf(bytes);
   EXPECT_EQ(header.has_video, 0u);
   EXPECT_EQ(header.frame_count, 0u);
   EXPECT_EQ(header.has_audio, 1u);
@@ -111,43 +117,36 @@ TEST_F(TrimmingTest, LeavingThePictureOutWritesTheSoundAloneUnderAHeaderWithoutV
 }
 
 TEST_F(TrimmingTest, KeepsTheFramesCopiedWithoutSoundWhenTheHostStops) {
-  const size_t frame_bytes = 4 * 2 * 4;
   for (size_t stop_after : {1, 3}) {
     SCOPED_TRACE(stop_after);
-    std::filesystem::remove(target_);
     progress_.clear();
     continue_for_ = stop_after;
     EXPECT_EQ(Trim(1, 2), imNoErr);
     EXPECT_EQ(progress_.size(), stop_after);
-    const std::string bytes = Target();
+    const std::string bytes = TakeTarget();
     const uint32_t frames_kept = stop_after == 1 ? 1 : 2;
-    ASSERT_GE(bytes.size(), 602 + frames_kept * (frame_bytes + 4));
-    SampleFileHeader header;
-    std::memcpy(&header, bytes.data(), sizeof(header));
+    ASSERT_GE(bytes.size(), 602 + frames_kept * kFrameStride);
+    const SampleFileHeader header = HeaderOf(bytes);
     EXPECT_EQ(header.frame_count, frames_kept);
     EXPECT_EQ(header.has_video, 1u);
     EXPECT_EQ(header.has_audio, 0u);
     EXPECT_EQ(header.sample_frames, 0u);
-    EXPECT_EQ(static_cast<uint8_t>(bytes[602 + frames_kept * (frame_bytes + 4) - 5]),
-              FrameByte(frames_kept, frame_bytes - 1));
+    EXPECT_EQ(static_cast<uint8_t>(bytes[602 + frames_kept * kFrameStride - 5]),
+              FrameByte(frames_kept, kFrameBytes - 1));
   }
 }
 
 // A sample rate out of all proportion puts the range's sound beyond any 64-bit position: the
 // frames are trimmed without sound.
 TEST_F(TrimmingTest, KeepsTheFramesWithoutSoundWhenTheSampleRateIsOutOfRange) {
-  const size_t frame_bytes = 4 * 2 * 4;
   for (double rate : {1e300, std::nan("")}) {
     SCOPED_TRACE(rate);
-    std::filesystem::remove(target_);
     record_.header.sample_rate = rate;
     ASSERT_EQ(Trim(1, 2), imNoErr);
-    const std::string bytes = Target();
-    ASSERT_EQ(bytes.size(), 602 + 2 * (frame_bytes + 4));
-    SampleFileHeader header;
-    std::memcpy(&header, bytes.data(), sizeof(header));
-    EXPECT_EQ(header.frame_count, 2u);
-    EXPECT_EQ(header.sample_frames, 0u);
+    const std::string bytes = TakeTarget();
+    ASSERT_EQ(bytes.size(), 602 + 2 * kFrameStride);
+    EXPECT_EQ(HeaderOf(bytes).frame_count, 2u);
+    EXPECT_EQ(HeaderOf(bytes).sample_frames, 0u);
   }
 }
 
@@ -156,10 +155,10 @@ TEST_F(TrimmingTest, RefusesARangeOutsideTheClipCopiesAWholeOneAsItStandsAndNeve
   EXPECT_EQ(Trim(-1, 1), imDiskErr);
   EXPECT_FALSE(std::filesystem::exists(target_));
   ASSERT_EQ(Trim(0, 0, false), imNoErr);
-  EXPECT_EQ(Target(), SampleFileContent(clip_));
+  EXPECT_EQ(ReadWholeFile(target_), SampleFileContent(clip_));
   EXPECT_EQ(Trim(0, 5, false), imDiskErr);
   EXPECT_EQ(Trim(1, 1), imDiskErr);
-  EXPECT_EQ(Target(), SampleFileContent(clip_));
+  EXPECT_EQ(ReadWholeFile(target_), SampleFileContent(clip_));
 }
 
 }  // namespace

@@ -22,37 +22,36 @@ std::tm clock_now;
 
 std::tm FixedClock() { return clock_now; }
 
-void SetClock(int hour, int minute, int second) {
-  clock_now = std::tm{};
-  clock_now.tm_year = 2026 - 1900;
-  clock_now.tm_mon = 10;
-  clock_now.tm_mday = 16;
-  clock_now.tm_hour = hour;
-  clock_now.tm_min = minute;
-  clock_now.tm_sec = second;
-}
-
-constexpr int32_t kThreshold = 5242880;
+constexpr uintmax_t kThreshold = 5242880;
 
 class PluginLogTest : public ::testing::Test {
  protected:
-  void SetUp() override { SetClock(4, 33, 19); }
+  // 2026-11-16 04:33:19; tests move the seconds on.
+  void SetUp() override {
+    clock_now = std::tm{};
+    clock_now.tm_year = 2026 - 1900;
+    clock_now.tm_mon = 10;
+    clock_now.tm_mday = 16;
+    clock_now.tm_hour = 4;
+    clock_now.tm_min = 33;
+    clock_now.tm_sec = 19;
+  }
 
-  // A profile folder that has AppData\Local, as every Windows profile does.
-  fs::path MakeProfile(const std::string& name = "profile") {
+  // A profile folder that has AppData\Local, as every Windows profile does; made USERPROFILE
+  // unless the test finds it otherwise.
+  fs::path MakeProfile(const std::string& name = "profile", bool as_user_profile = true) {
     fs::path profile = temp_.path() / name;
     fs::create_directories(profile / "AppData" / "Local");
+    if (as_user_profile) platform::SetEnvironment("USERPROFILE", profile.string());
     return profile;
   }
 
-  // The log folder of a new profile, made USERPROFILE, whose Plugin.log already holds `bytes`.
-  fs::path FolderWithLogOf(const std::string& name, int32_t bytes) {
-    fs::path profile = MakeProfile(name);
-    fs::create_directories(PluginLogFolder(profile));
-    std::ofstream(PluginLogFolder(profile) / "Plugin.log", std::ios::binary)
-        << std::string(static_cast<size_t>(bytes), 'x');
-    platform::SetEnvironment("USERPROFILE", profile.string());
-    return PluginLogFolder(profile);
+  // The log folder of a new profile whose Plugin.log already holds `bytes`.
+  fs::path FolderWithLogOf(const std::string& name, uintmax_t bytes) {
+    const fs::path folder = PluginLogFolder(MakeProfile(name));
+    fs::create_directories(folder);
+    std::ofstream(folder / "Plugin.log", std::ios::binary) << std::string(bytes, 'x');
+    return folder;
   }
 
   static void WriteOneLine(PluginLog& log) {
@@ -63,7 +62,7 @@ class PluginLogTest : public ::testing::Test {
   // What WriteOneLine adds.
   const std::string one_line_ =
       "2026-11-16 04:33:19 INFO  Open File: D:\\clips\\take1 SDK_File_Import:856" + eol_;
-  const int32_t line_bytes_ = static_cast<int32_t>(one_line_.size());
+  const uintmax_t line_bytes_ = one_line_.size();
 
   TempFolder temp_;
   SavedEnvironment saved_{{"USERPROFILE", "HOMEDRIVE", "HOMEPATH"}, true};
@@ -71,11 +70,10 @@ class PluginLogTest : public ::testing::Test {
 
 TEST_F(PluginLogTest, WritesOneTimeStampedLinePerCallAndDropsDebugLines) {
   fs::path profile = MakeProfile();
-  platform::SetEnvironment("USERPROFILE", profile.string());
   {
     PluginLog log(FixedClock);
     WriteOneLine(log);
-    SetClock(4, 33, 20);
+    clock_now.tm_sec = 20;
     log.Write(kLogError, kLogSource, 862, " PRSource failed.");
     log.Write(kLogDebug, kLogSource, 1, "never written");
     log.Write(kLogInfo, kLogSource, 7, "two\nparts");
@@ -86,7 +84,7 @@ TEST_F(PluginLogTest, WritesOneTimeStampedLinePerCallAndDropsDebugLines) {
 }
 
 TEST_F(PluginLogTest, FindsItsFolderInUserProfileElseHomeDriveAndHomePathAndMakesItsLastLevels) {
-  fs::path profile = MakeProfile();
+  fs::path profile = MakeProfile("profile", false);
   SetHomeDriveAndPath(profile.string());
   {
     PluginLog log(FixedClock);
@@ -97,7 +95,6 @@ TEST_F(PluginLogTest, FindsItsFolderInUserProfileElseHomeDriveAndHomePathAndMake
 
   fs::path preferred = MakeProfile("preferred");
   fs::create_directories(preferred / "AppData" / "Local" / "quorvel");
-  platform::SetEnvironment("USERPROFILE", preferred.string());
   platform::SetEnvironment("HOMEDRIVE", temp_.Join("no-such-drive"));
   testing::internal::CaptureStdout();
   PluginLog log(FixedClock);
@@ -134,7 +131,7 @@ TEST_F(PluginLogTest, RotatesWhenALineBringsTheFileToTheThresholdAndGoesOnInAFre
     fs::path below = FolderWithLogOf("below", kThreshold - line_bytes_ - 1);
     PluginLog log(FixedClock);
     WriteOneLine(log);
-    EXPECT_EQ(fs::file_size(below / "Plugin.log"), static_cast<uintmax_t>(kThreshold - 1));
+    EXPECT_EQ(fs::file_size(below / "Plugin.log"), kThreshold - 1);
     EXPECT_EQ(std::distance(fs::directory_iterator(below), fs::directory_iterator()), 1);
   }
   fs::path folder = FolderWithLogOf("at", kThreshold - line_bytes_);
@@ -142,11 +139,11 @@ TEST_F(PluginLogTest, RotatesWhenALineBringsTheFileToTheThresholdAndGoesOnInAFre
   WriteOneLine(log);
   fs::path rotated = folder / "Plugin.2026_11_16_04_33_19.log";
   ASSERT_TRUE(fs::exists(rotated));
-  EXPECT_EQ(fs::file_size(rotated), static_cast<uintmax_t>(kThreshold));
+  EXPECT_EQ(fs::file_size(rotated), kThreshold);
   EXPECT_EQ(fs::file_size(folder / "Plugin.log"), 0u);
 
   WriteOneLine(log);
-  EXPECT_EQ(fs::file_size(folder / "Plugin.log"), static_cast<uintmax_t>(line_bytes_));
+  EXPECT_EQ(fs::file_size(folder / "Plugin.log"), line_bytes_);
 }
 
 TEST_F(PluginLogTest, KeepsGrowingWhenTheRotatedNameIsTakenAndRotatesInALaterSecond) {
@@ -155,19 +152,17 @@ TEST_F(PluginLogTest, KeepsGrowingWhenTheRotatedNameIsTakenAndRotatesInALaterSec
   PluginLog log(FixedClock);
 
   WriteOneLine(log);
-  EXPECT_EQ(fs::file_size(folder / "Plugin.log"), static_cast<uintmax_t>(kThreshold));
+  EXPECT_EQ(fs::file_size(folder / "Plugin.log"), kThreshold);
   EXPECT_EQ(fs::file_size(folder / "Plugin.2026_11_16_04_33_19.log"), 3u);
 
-  SetClock(4, 33, 20);
+  clock_now.tm_sec = 20;
   WriteOneLine(log);
-  EXPECT_EQ(fs::file_size(folder / "Plugin.2026_11_16_04_33_20.log"),
-            static_cast<uintmax_t>(kThreshold + line_bytes_));
+  EXPECT_EQ(fs::file_size(folder / "Plugin.2026_11_16_04_33_20.log"), kThreshold + line_bytes_);
   EXPECT_EQ(fs::file_size(folder / "Plugin.log"), 0u);
 }
 
 TEST_F(PluginLogTest, LinesFromManyThreadsNeverInterleave) {
   fs::path profile = MakeProfile();
-  platform::SetEnvironment("USERPROFILE", profile.string());
   constexpr int kThreads = 4;
   constexpr int kLinesEach = 200;
   {

@@ -45,6 +45,7 @@ TEST(StreamLoggerTest, SendsOneWholeLineToStandardOutput) {
   EXPECT_THAT(written, StartsWith("[INFO][0x"));
   EXPECT_THAT(written, EndsWith("][SDK_File_Import:726]D:\\media\\x\n"));
   EXPECT_THAT(written, Not(HasSubstr("parseJson")));
+  EXPECT_EQ(LogOptions::Get().threshold, 0) << "below every call site's cut-off, so none is quiet";
 }
 
 }  // namespace
