@@ -151,7 +151,9 @@ TEST(PortFileTest, AReaderFindsAWholeLineWhileTheFileIsRewritten) {
     const std::string text{std::istreambuf_iterator<char>(reader), {}};
     if (text != "80\n" && text != "8040\n") torn = text;
     reader.close();
-    std::this_thread::yield();
+    // The plug-in reads it once a pass; back-to-back reads could hold it open past the writer's
+    // retries on a loaded machine.
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   writer.join();
   EXPECT_EQ(torn, std::nullopt) << "read \"" << *torn << '"';
