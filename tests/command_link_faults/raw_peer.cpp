@@ -21,7 +21,12 @@ RawPeer::RawPeer(int receive_buffer_bytes)
   acceptor_.bind(loopback);
   acceptor_.listen();
   port_ = acceptor_.local_endpoint().port();
-  Accept();
+  acceptor_.async_accept(socket_, [this](const std::error_code& error) {
+    if (error) return;
+    std::lock_guard<std::mutex> lock(mutex_);
+    connected_ = true;
+    changed_.notify_all();
+  });
   io_thread_ = std::thread([this] { io_.run(); });
 }
 
@@ -39,24 +44,12 @@ bool RawPeer::WritePortFile(const std::string& home) const {
   return command_server::WritePortFile(home, port_);
 }
 
-void RawPeer::Accept() {
-  acceptor_.async_accept(socket_, [this](const std::error_code& error) {
-    if (error) return;
-    std::lock_guard<std::mutex> lock(mutex_);
-    connected_ = true;
-    changed_.notify_all();
-  });
-}
-
 bool RawPeer::WaitForConnection(std::chrono::milliseconds timeout) {
-  return WaitFor(timeout, [this] { return connected_; });
+  std::unique_lock<std::mutex> lock(mutex_);
+  return changed_.wait_for(lock, timeout, [this] { return connected_; });
 }
 
 void RawPeer::Send(std::string bytes) {
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    ++unsent_writes_;
-  }
   asio::post(io_, [this, bytes = std::move(bytes)]() mutable {
     writes_.push_back(std::move(bytes));
     if (writes_.size() == 1) WriteFront();
@@ -64,23 +57,10 @@ void RawPeer::Send(std::string bytes) {
 }
 
 void RawPeer::WriteFront() {
-  asio::async_write(socket_, asio::buffer(writes_.front()),
-                    [this](const std::error_code& error, size_t) {
-                      writes_.pop_front();
-                      {
-                        std::lock_guard<std::mutex> lock(mutex_);
-                        --unsent_writes_;
-                        write_failed_ = write_failed_ || static_cast<bool>(error);
-                        changed_.notify_all();
-                      }
-                      if (!writes_.empty()) WriteFront();
-                    });
-}
-
-bool RawPeer::WaitUntilSent(std::chrono::milliseconds timeout) {
-  const bool done = WaitFor(timeout, [this] { return unsent_writes_ == 0; });
-  std::lock_guard<std::mutex> lock(mutex_);
-  return done && !write_failed_;
+  asio::async_write(socket_, asio::buffer(writes_.front()), [this](const std::error_code&, size_t) {
+    writes_.pop_front();
+    if (!writes_.empty()) WriteFront();
+  });
 }
 
 void RawPeer::StartReading() {
@@ -88,36 +68,20 @@ void RawPeer::StartReading() {
 }
 
 void RawPeer::ReadSome() {
-  socket_.async_read_some(
-      asio::buffer(read_buffer_), [this](const std::error_code& error, size_t size) {
-        std::vector<std::string> completed = splitter_.Append(read_buffer_.data(), size);
-        {
-          std::lock_guard<std::mutex> lock(mutex_);
-          received_.append(read_buffer_.data(), size);
-          responses_.insert(responses_.end(), completed.begin(), completed.end());
-          ended_ = static_cast<bool>(error);
-          changed_.notify_all();
-        }
-        if (!error) ReadSome();
-      });
-}
-
-std::optional<std::string> RawPeer::WaitForResponse(std::chrono::milliseconds timeout) {
-  if (!WaitFor(timeout, [this] { return !responses_.empty(); })) return std::nullopt;
-  std::lock_guard<std::mutex> lock(mutex_);
-  std::string response = std::move(responses_.front());
-  responses_.pop_front();
-  return response;
+  socket_.async_read_some(asio::buffer(read_buffer_),
+                          [this](const std::error_code& error, size_t size) {
+                            // Asio never runs a handler inside the call that starts it, so the next
+                            // read may be started under the lock.
+                            std::lock_guard<std::mutex> lock(mutex_);
+                            received_.append(read_buffer_.data(), size);
+                            ended_ = static_cast<bool>(error);
+                            changed_.notify_all();
+                            if (!error) ReadSome();
+                          });
 }
 
 std::optional<std::string> RawPeer::WaitForEnd(std::chrono::milliseconds timeout) {
-  if (!WaitFor(timeout, [this] { return ended_; })) return std::nullopt;
-  std::lock_guard<std::mutex> lock(mutex_);
-  return received_;
-}
-
-template <typename Predicate>
-bool RawPeer::WaitFor(std::chrono::milliseconds timeout, Predicate ready) {
   std::unique_lock<std::mutex> lock(mutex_);
-  return changed_.wait_for(lock, timeout, ready);
+  if (!changed_.wait_for(lock, timeout, [this] { return ended_; })) return std::nullopt;
+  return received_;
 }

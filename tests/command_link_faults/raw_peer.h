@@ -17,7 +17,6 @@
 #include <thread>
 #include <vector>
 
-#include "command_server/message_splitter.h"
 #include "platform/sockets.h"
 
 class RawPeer {
@@ -30,8 +29,6 @@ class RawPeer {
   RawPeer(const RawPeer&) = delete;
   RawPeer& operator=(const RawPeer&) = delete;
 
-  uint16_t port() const { return port_; }
-
   // Writes this peer's port into the port file under `home`; false when it cannot be written.
   bool WritePortFile(const std::string& home) const;
 
@@ -41,47 +38,32 @@ class RawPeer {
   // Queues `bytes` behind the earlier ones and returns at once. REQUIRES: connected.
   void Send(std::string bytes);
 
-  // True once every queued byte has gone to the socket, within `timeout`; false also when a
-  // write failed.
-  bool WaitUntilSent(std::chrono::milliseconds timeout);
-
   // Begins reading the connection; until then nothing is read. REQUIRES: connected.
   void StartReading();
-
-  // The oldest "###"-ended response not yet taken, without its delimiter; empty when none comes
-  // within `timeout`.
-  std::optional<std::string> WaitForResponse(std::chrono::milliseconds timeout);
 
   // Every byte read, once the plug-in has ended the connection, within `timeout`; empty when it
   // did not end it in time.
   std::optional<std::string> WaitForEnd(std::chrono::milliseconds timeout);
 
  private:
-  void Accept();
   void WriteFront();
   void ReadSome();
-  template <typename Predicate>
-  bool WaitFor(std::chrono::milliseconds timeout, Predicate ready);
 
   // Held while the peer lives: in a process with the plug-in's code, Asio leaves it to its users.
   platform::ScopedSockets sockets_;
   asio::io_context io_;
   asio::executor_work_guard<asio::io_context::executor_type> work_;
   asio::ip::tcp::acceptor acceptor_;
-  asio::ip::tcp::socket socket_;              // I/O thread only
-  std::vector<char> read_buffer_;             // I/O thread only
-  std::deque<std::string> writes_;            // I/O thread only; the front one is being written
-  command_server::MessageSplitter splitter_;  // I/O thread only
+  asio::ip::tcp::socket socket_;    // I/O thread only
+  std::vector<char> read_buffer_;   // I/O thread only
+  std::deque<std::string> writes_;  // I/O thread only; the front one is being written
   uint16_t port_ = 0;
 
-  mutable std::mutex mutex_;
-  std::condition_variable changed_;    // notified on every change of the fields below
-  bool connected_ = false;             // guarded by mutex_
-  bool ended_ = false;                 // guarded by mutex_; the plug-in closed or a transfer failed
-  bool write_failed_ = false;          // guarded by mutex_
-  size_t unsent_writes_ = 0;           // guarded by mutex_
-  std::string received_;               // guarded by mutex_
-  std::deque<std::string> responses_;  // guarded by mutex_
+  std::mutex mutex_;
+  std::condition_variable changed_;  // notified on every change of the fields below
+  bool connected_ = false;           // guarded by mutex_
+  bool ended_ = false;               // guarded by mutex_; the plug-in closed or a receive failed
+  std::string received_;             // guarded by mutex_
 
   std::thread io_thread_;  // last: it runs on everything above
 };

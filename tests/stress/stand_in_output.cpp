@@ -1,7 +1,7 @@
 #include "stress/stand_in_output.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <numeric>
 
 #include "standin_stitcher/test_scene.h"
@@ -16,23 +16,18 @@ StandInPictures::StandInPictures(const ClipShape& shape) : shape_(shape) {
   const int32_t w = shape.width;
   const int32_t h = shape.height;
   const int32_t chroma_w = (w + 1) / 2;
-  const int32_t chroma_h = (h + 1) / 2;
+  const size_t chroma_bytes = static_cast<size_t>(chroma_w) * ((h + 1) / 2);
   for (int64_t index = 0; index < shape.frames; ++index) {
     for (uint64_t palette = 0; palette < omni_standin::kScenePalettes; ++palette) {
-      omni_standin::SceneFrame scene{index, shape.frames, shape.stereo, palette};
-      Picture planar;
-      planar.planes[0].resize(static_cast<size_t>(w) * h);
-      planar.planes[1].resize(static_cast<size_t>(chroma_w) * chroma_h);
-      planar.planes[2].resize(static_cast<size_t>(chroma_w) * chroma_h);
-      uint8_t* pointers[3] = {planar.planes[0].data(), planar.planes[1].data(),
-                              planar.planes[2].data()};
+      const omni_standin::SceneFrame scene{index, shape.frames, shape.stereo, palette};
+      Picture planar{std::vector<uint8_t>(static_cast<size_t>(w) * h),
+                     std::vector<uint8_t>(chroma_bytes), std::vector<uint8_t>(chroma_bytes)};
+      uint8_t* planes[3] = {planar[0].data(), planar[1].data(), planar[2].data()};
       const int strides[3] = {w, chroma_w, chroma_w};
-      omni_standin::DrawSceneYuv(scene, w, h, pointers, strides);
+      omni_standin::DrawSceneYuv(scene, w, h, planes, strides);
       planar_.push_back(std::move(planar));
-
-      Picture packed;
-      packed.planes[0].resize(static_cast<size_t>(w) * h * 4);
-      omni_standin::DrawSceneBgra(scene, w, h, packed.planes[0].data());
+      Picture packed{std::vector<uint8_t>(static_cast<size_t>(w) * h * 4)};
+      omni_standin::DrawSceneBgra(scene, w, h, packed[0].data());
       packed_.push_back(std::move(packed));
     }
   }
@@ -41,29 +36,25 @@ StandInPictures::StandInPictures(const ClipShape& shape) : shape_(shape) {
 bool StandInPictures::SameRows(const host_sim::FramePlane& plane,
                                const std::vector<uint8_t>& rows) {
   if (static_cast<size_t>(plane.row_length) * plane.rows != rows.size()) return false;
-  for (int32_t r = 0; r < plane.rows; ++r) {
-    if (std::memcmp(plane.bytes + static_cast<size_t>(r) * plane.row_bytes,
-                    rows.data() + static_cast<size_t>(r) * plane.row_length,
-                    plane.row_length) != 0) {
-      return false;
-    }
+  for (size_t r = 0; r < static_cast<size_t>(plane.rows); ++r) {
+    const uint8_t* row = rows.data() + r * plane.row_length;
+    if (!std::equal(row, row + plane.row_length, plane.bytes + r * plane.row_bytes)) return false;
   }
   return true;
 }
 
 bool StandInPictures::Matches(const host_sim::HostFrame& frame, int64_t index) const {
-  if (index < 0 || index >= shape_.frames) return false;
-  if (frame.width != shape_.width || frame.height != shape_.height) return false;
   const bool planar = frame.format == kPlanarFormat;
-  if (frame.plane_count != (planar ? 3 : 1)) return false;
-  const std::vector<Picture>& pictures = planar ? planar_ : packed_;
+  if (index < 0 || index >= shape_.frames || frame.width != shape_.width ||
+      frame.height != shape_.height || frame.plane_count != (planar ? 3 : 1)) {
+    return false;
+  }
   for (uint64_t palette = 0; palette < omni_standin::kScenePalettes; ++palette) {
-    const Picture& picture = pictures[index * omni_standin::kScenePalettes + palette];
-    bool same = true;
-    for (int32_t p = 0; p < frame.plane_count && same; ++p) {
-      same = SameRows(frame.planes[p], picture.planes[p]);
-    }
-    if (same) return true;
+    const Picture& picture =
+        (planar ? planar_ : packed_)[index * omni_standin::kScenePalettes + palette];
+    int32_t p = 0;
+    while (p < frame.plane_count && SameRows(frame.planes[p], picture[p])) ++p;
+    if (p == frame.plane_count) return true;
   }
   return false;
 }

@@ -7,14 +7,12 @@
 
 #include "host_sim/host_frames.h"
 
-// The picture and sound of one stand-in project.
+// The picture of one stand-in project.
 struct ClipShape {
   int32_t width = 0;
   int32_t height = 0;
   int64_t frames = 0;
   bool stereo = false;
-  int32_t rate = 0;
-  int32_t channels = 0;
 };
 
 // Every picture of a clip, planar and packed, in every palette: an update may come between the
@@ -28,9 +26,8 @@ class StandInPictures {
   bool Matches(const host_sim::HostFrame& frame, int64_t index) const;
 
  private:
-  struct Picture {
-    std::vector<uint8_t> planes[3];  // rows tightly packed; the packed layout uses planes[0]
-  };
+  // The planes of one picture, rows tightly packed; the packed layout has one.
+  using Picture = std::vector<std::vector<uint8_t>>;
 
   static bool SameRows(const host_sim::FramePlane& plane, const std::vector<uint8_t>& rows);
 
