@@ -37,6 +37,11 @@ void OnReadComplete(command_link::TcpClient& client, command_link::TcpClient::Re
       return;
     }
     log->Write(kLogInfo, kLogSource, log_site::kReceivedJson, "Received json: %s", piece.c_str());
-    client.async_write({parseJson(request), nullptr});
+    try {
+      client.async_write({parseJson(request), nullptr});
+    } catch (const command_link::TcpError&) {
+      // Write failures are not observed. The connection went while this receive was handled (a
+      // shut-down, the server gone); thrown out of the I/O thread it would end the host.
+    }
   }
 }

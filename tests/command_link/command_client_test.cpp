@@ -10,6 +10,7 @@
 #include <optional>
 #include <thread>
 
+#include "command_link/message_reception.h"
 #include "command_server/command_server.h"
 #include "command_server/port_file.h"
 #include "command_server/requests.h"
@@ -111,6 +112,14 @@ TEST_F(CommandClientTest, HandlesEachReceiveByItselfUpToItsFirstBrokenPiece) {
   for (const std::string& piece : {request.substr(0, 10), request.substr(10)}) {
     EXPECT_EQ(LoggedSinceStart("ERROR Invalid json format: " + piece + " SDK_File_Import:"), 1u);
   }
+}
+
+TEST_F(CommandClientTest, HandlesTheRestOfAReceiveWhenTheConnectionIsGoneBeforeItsAnswers) {
+  command_link::TcpClient gone;
+  const std::string text = std::string(kPing) + "###" + kPong;
+  command_link::TcpClient::ReadResult result{true, {text.begin(), text.end()}};
+  EXPECT_NO_THROW(OnReadComplete(gone, result));
+  EXPECT_EQ(LoggedSinceStart("Received json: "), 2u);
 }
 
 TEST_F(CommandClientTest, AnswersMediaInfoAndLogsEachRequestAndItsResponse) {
