@@ -26,6 +26,9 @@ if(MSVC)
 endif()
 
 if(WIN32)
+  # <windows.h> without the old Winsock and the rarely used APIs, so that a file (or a unity
+  # build's batch) may include it before Asio's <winsock2.h>.
+  add_compile_definitions(WIN32_LEAN_AND_MEAN)
   set(QUORVEL_PLATFORM_DIR win32)
 else()
   set(QUORVEL_PLATFORM_DIR posix)
