@@ -8,8 +8,9 @@ set -euo pipefail
 msi=$1 stage=$2 wxs=$3 qvo_host=$4
 
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 export WINEPREFIX="$work/prefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+# The prefix's server and services still write into it for a moment after the last program ends.
+trap 'wineserver -k 2>/dev/null; wineserver -w 2>/dev/null; rm -rf "$work"' EXIT
 wineboot --init >/dev/null 2>&1
 
 failures=0
