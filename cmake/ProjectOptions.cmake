@@ -17,6 +17,7 @@ function(quorvel_warnings target)
 endfunction()
 
 option(QUORVEL_MSVC_WARNINGS "Add the clang warnings that model MSVC's (linux-msvc-warnings)" OFF)
+option(QUORVEL_CORE_FILE_BY_FILE "Compile the plug-in's code file by file in a unity build (linux)" OFF)
 
 # MSVC deprecates the C runtime's plain file, environment and string calls (C4996, an error under
 # /WX) in favour of its own _s variants; the project keeps the portable calls.
