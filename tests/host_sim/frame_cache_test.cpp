@@ -3,9 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <thread>
 #include <tuple>
-#include <vector>
 
 #include "host_sim/frame_cache_suite.h"
 #include "host_sim/host.h"
@@ -128,31 +126,6 @@ TEST_F(FrameCacheTest, BeyondItsBudgetTheLeastRecentlyUsedFramesLeave) {
   EXPECT_EQ(counters().size(), 2u);
   EXPECT_EQ(Get(1, 0, 1), nullptr) << "the one not asked for since it was added";
   EXPECT_NE(Get(1, 0, 0), nullptr);
-}
-
-TEST_F(FrameCacheTest, KeepsCountWhileThreadsAddFindAndExpireAtOnce) {
-  constexpr int kThreads = 4;
-  constexpr int kFrames = 200;
-  std::vector<std::thread> threads;
-  for (int t = 0; t < kThreads; ++t) {
-    threads.emplace_back([this, t] {
-      for (int i = 0; i < kFrames; ++i) {
-        PPixHand frame = NewFrame(8);
-        Add(static_cast<uint32_t>(t), 0, i, frame);
-        host_.frames().Dispose(frame);
-        if (PPixHand found = Get(static_cast<uint32_t>(t), 0, i)) host_.frames().Dispose(found);
-      }
-    });
-  }
-  threads.emplace_back([this] {
-    for (int i = 0; i < kFrames; ++i) cache().ExpireAllPPixesFromCache();
-  });
-  for (std::thread& thread : threads) thread.join();
-
-  EXPECT_EQ(counters().hits() + counters().misses(), kThreads * kFrames);
-  cache().ExpireAllPPixesFromCache();
-  EXPECT_EQ(host_.frames().live_count(), 0u);
-  EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
 }
 
 }  // namespace

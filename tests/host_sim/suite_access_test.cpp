@@ -28,19 +28,6 @@ class SuiteAccessTest : public ::testing::Test {
   Host host_;
 };
 
-TEST_F(SuiteAccessTest, ServesEverySuiteTheImporterUsesAndBalancesWhenReleased) {
-  const std::pair<const char*, int32_t> suites[] = {
-      {kPrSDKPPixCreatorSuite, 1}, {kPrSDKPPixCacheSuite, 6}, {kPrSDKPPixSuite, 1},
-      {kPrSDKPPix2Suite, 3},       {kPrSDKTimeSuite, 1},      {kPrSDKAudioSuite, 1}};
-  for (const auto& suite : suites) {
-    EXPECT_NE(Acquire<void>(suite.first, suite.second), nullptr) << suite.first;
-  }
-  for (const auto& suite : suites) {
-    EXPECT_EQ(basic()->ReleaseSuite(suite.first, suite.second), kSPNoError) << suite.first;
-  }
-  EXPECT_TRUE(host_.Report().clean()) << host_.Report().ToString();
-}
-
 TEST_F(SuiteAccessTest, AnUnknownNameOrVersionAnswersAnErrorAndNoTable) {
   const void* table = &table;
   EXPECT_NE(basic()->AcquireSuite(kPrSDKPPixCacheSuite, 7, &table), kSPNoError);

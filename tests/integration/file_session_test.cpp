@@ -19,17 +19,20 @@ using ::testing::FieldsAre;
 
 using FileSessionTest = PluginTest;
 
-TEST_F(FileSessionTest, AFullSessionLeavesNothingButTheAudioSuiteReleasedTwice) {
-  auto clip = DescribedClip(R"({"width": 64, "height": 32, "frames": 10})");
+// Closing releases the audio suite, and so does resetting the file's context.
+TEST_F(FileSessionTest, LogsEachStepOfASessionAndLeavesNothingButTheAudioSuiteReleasedTwice) {
+  HostFile* clip = DescribedClip(R"({"width": 64, "height": 32})");
+  const std::string path = Literal(PathOf(*clip));
   EXPECT_EQ(clip->Quiet(), imNoErr);
   EXPECT_EQ(reinterpret_cast<intptr_t>(clip->file_ref()), -1);
   EXPECT_EQ(clip->Close(), imNoErr);
-
+  EXPECT_TRUE(Logged("INFO  Open File: " + path + " SDK_File_Import:856"));
+  EXPECT_TRUE(Logged("INFO  Close premiere source file\\. SDK_File_Import:905"));
+  EXPECT_TRUE(Logged("INFO  clean up resource:" + path + " SDK_File_Import:1605"));
+  EXPECT_TRUE(Logged("INFO  remove context SDK_File_Import:1640"));
   HostReport report = host().Report();
-  EXPECT_TRUE(report.handles_never_disposed.empty()) << report.ToString();
-  EXPECT_TRUE(report.memory_faults.empty()) << report.ToString();
-  // Closing releases the audio suite, and so does resetting the file's context.
-  EXPECT_THAT(report.suites_unbalanced, ElementsAre(FieldsAre("Premiere Audio Suite", 1, 1, 2)));
+  EXPECT_THAT(report.suites_unbalanced, ElementsAre(FieldsAre("Premiere Audio Suite", 1, 1, 2)))
+      << report.ToString();
 }
 
 // The plug-in locks the private handle before it knows the file is no good, and leaves it so.
@@ -37,24 +40,15 @@ TEST_F(FileSessionTest, AFailedOpenOrInformationWithoutAContextLeavesItsHandleLo
   auto clip = Clip(R"({"faults": {"create": true}})");
   EXPECT_EQ(clip->Open(), malUnknownError);
   EXPECT_NE(clip->private_data(), nullptr) << "left in the slot";
+  EXPECT_TRUE(Logged("ERROR  PRSource failed\\. SDK_File_Import:862"));
   EXPECT_EQ(Clip(R"({"width": 64, "height": 32})")->GetInfo(), imBadFile);
+  EXPECT_TRUE(Logged("ERROR Error occured while get file info SDK_File_Import:1032"));
 
   HostReport report = host().Report();
   EXPECT_THAT(report.handles_still_locked,
               ElementsAre(FieldsAre(_, 1200u, 1), FieldsAre(_, 1200u, 1)))
       << report.ToString();
   EXPECT_TRUE(report.suites_unbalanced.empty()) << report.ToString();
-}
-
-TEST_F(FileSessionTest, ReportsTheTimeBaseInHundredthsOfAFrame) {
-  auto clip = DescribedClip(R"({"width": 64, "height": 32, "fps": 29.97, "frames": 900})");
-  EXPECT_THAT(std::vector<int32_t>(
-                  {Info(*clip).vidScale, Info(*clip).vidSampleSize, Info(*clip).vidDuration}),
-              ElementsAre(2997, 100, 90000));
-  EXPECT_EQ(Header(*clip).frame_duration, 8475675675u) << "ticks per frame, truncated";
-
-  auto film = DescribedClip(R"({"width": 64, "height": 32, "fps": 23.976})");
-  EXPECT_EQ(Info(*film).vidScale, 2397);
 }
 
 TEST_F(FileSessionTest, DescribesThePictureAsAnEquirectangularSphere) {
@@ -74,6 +68,9 @@ TEST_F(FileSessionTest, DescribesThePictureAsAnEquirectangularSphere) {
   EXPECT_EQ(Info(*mono).ivFrameLayout, 0);
   EXPECT_EQ(Info(*stereo).ivFrameLayout, 1);
   EXPECT_EQ(Info(*stereo).vidInfo.imageHeight, 64);
+  std::string text;
+  EXPECT_EQ(mono->CodecText(&text), imNoErr);
+  EXPECT_EQ(text, "RLE Compressed 8-bit RGB");
 }
 
 TEST_F(FileSessionTest, ReportsSoundAsPlanarFloatWithTheHeadersChannelKind) {
@@ -97,25 +94,34 @@ TEST_F(FileSessionTest, ReportsSoundAsPlanarFloatWithTheHeadersChannelKind) {
   EXPECT_EQ(Header(*silent).has_audio, 0u);
 }
 
-TEST_F(FileSessionTest, DataRateEntriesCountNtscFramesInThousandAndFirstParts) {
+// The time base is the rate in hundredths of a frame, truncated, and a frame lasts whole host
+// ticks, truncated; a data-rate entry counts an NTSC frame in thousand-and-first parts.
+TEST_F(FileSessionTest, CountsTimeInHundredthsOfAFrameAndNtscDataRatesInThousandAndFirstParts) {
   const struct {
     const char* fps;
+    int64_t scale;
+    int64_t ticks;
     uint32_t sample_duration;
-  } cases[] = {{"29.97002997002997", 1001},
-               {"59.94005994005994", 1001},
-               {"23.976023976023978", 1001},
-               {"25", 1},
-               {"29.97", 1}};
+  } cases[] = {{"29.97002997002997", 2997, 8475667200, 1001},
+               {"59.94005994005994", 5994, 4237833600, 1001},
+               {"23.976023976023978", 2397, 10594584000, 1001},
+               {"25", 2500, 10160640000, 1},
+               {"29.97", 2997, 8475675675, 1}};
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.fps);
     auto clip = DescribedClip(std::string(R"({"width": 64, "height": 32, "frames": 3, "fps": )") +
                               c.fps + "}");
+    const imFileInfoRec8& info = Info(*clip);
+    EXPECT_EQ(std::vector<int64_t>({info.vidScale, info.vidSampleSize, info.vidDuration,
+                                    static_cast<int64_t>(Header(*clip).frame_duration)}),
+              std::vector<int64_t>({c.scale, 100, 300, c.ticks}));
     std::vector<imDataSample> samples;
     int32_t base_rate = -1;
     EXPECT_EQ(clip->DataRates(&samples, &base_rate), imNoErr);
     EXPECT_EQ(base_rate, 0);
-    ASSERT_EQ(samples.size(), 3u) << c.fps;
+    ASSERT_EQ(samples.size(), 3u);
     for (const imDataSample& sample : samples) {
-      EXPECT_EQ(uint32_t{sample.sampledur}, 0x80000000u | c.sample_duration) << c.fps;
+      EXPECT_EQ(uint32_t{sample.sampledur}, 0x80000000u | c.sample_duration);
       EXPECT_EQ(uint32_t{sample.samplesize}, 64u * 32u * 4u);
     }
   }
@@ -131,23 +137,6 @@ TEST_F(FileSessionTest, DataRateEntriesCountNtscFramesInThousandAndFirstParts) {
   EXPECT_EQ(uint32_t{samples[0].sampledur}, 0x80000001u);
 }
 
-TEST_F(FileSessionTest, RegistersOneFileTypeAndOnePixelFormat) {
-  int32_t last_result = 0;
-  std::vector<host_sim::RegisteredFileType> types = session_->FileTypes(&last_result);
-  EXPECT_EQ(last_result, imBadFormatIndex);
-  ASSERT_EQ(types.size(), 1u);
-  EXPECT_EQ(std::tie(types[0].file_type, types[0].name, types[0].short_name),
-            std::make_tuple(0x0071766F, "Quorvel Omni Project", "Quorvel Omni Project"));
-  EXPECT_THAT(types[0].extensions, ElementsAre("qvo"));
-
-  auto clip = DescribedClip(R"({"width": 64, "height": 32})");
-  EXPECT_THAT(clip->PixelFormats(&last_result), ElementsAre(0x46317659u));
-  EXPECT_EQ(last_result, imBadFormatIndex);
-  std::string text;
-  EXPECT_EQ(clip->CodecText(&text), imNoErr);
-  EXPECT_EQ(text, "RLE Compressed 8-bit RGB");
-}
-
 TEST_F(FileSessionTest, ThePreferencesBlockIsAPrivateRecordHoldingTheHostsPath) {
   HostFile* clip = DescribedClip("{}");
   EXPECT_EQ(clip->GetPrefsWithoutRecord(), imNoErr);
@@ -158,7 +147,8 @@ TEST_F(FileSessionTest, ThePreferencesBlockIsAPrivateRecordHoldingTheHostsPath) 
   EXPECT_EQ(path, clip->host_path() + u'\0') << "the host's path, terminated";
 }
 
-TEST_F(FileSessionTest, SavesByMoveOrCopyAndNeverOverAnExistingFile) {
+// A deletion is answered the inverted way: imDeleteErr when the file was deleted.
+TEST_F(FileSessionTest, SavesByMoveOrCopyNeverOverAnExistingFileAndAnswersADeletionInverted) {
   std::string original = folder_.WriteFile("a.qvo", "{}");
   std::string copy = folder_.Join("b.qvo");
   std::string moved = folder_.Join("c.qvo");
@@ -167,13 +157,10 @@ TEST_F(FileSessionTest, SavesByMoveOrCopyAndNeverOverAnExistingFile) {
   EXPECT_EQ(session_->Save(copy, moved, true), imNoErr);
   EXPECT_FALSE(std::filesystem::exists(copy));
   EXPECT_EQ(ReadWholeFile(moved), "{}");
-}
 
-TEST_F(FileSessionTest, AnswersADeletionTheInvertedWay) {
-  std::string doomed = folder_.WriteFile("doomed.qvo", "{}");
-  EXPECT_EQ(session_->Delete(0x0071766F, doomed), imDeleteErr) << "15 when the file was deleted";
-  EXPECT_FALSE(std::filesystem::exists(doomed));
-  EXPECT_EQ(session_->Delete(0x0071766F, doomed), imNoErr) << "0 when it was not";
+  EXPECT_EQ(session_->Delete(0x0071766F, moved), imDeleteErr);
+  EXPECT_FALSE(std::filesystem::exists(moved));
+  EXPECT_EQ(session_->Delete(0x0071766F, moved), imNoErr) << "not there to delete";
 }
 
 }  // namespace

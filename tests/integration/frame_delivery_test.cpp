@@ -1,13 +1,9 @@
 // Frames requested through the built plug-in file: written by the stitched source straight into
 // the host's frames, cached by the host, retried once.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <thread>
 #include <vector>
 
-#include "host_sim/media_request_records.h"
 #include "integration/plugin_fixture.h"
 #include "standin_stitcher/omni_standin_counters.h"
 #include "stitcher_api/pr_source.h"
@@ -17,9 +13,6 @@ namespace {
 using host_sim::FramePlane;
 using host_sim::HostFile;
 using host_sim::HostFrame;
-using ::testing::_;
-using ::testing::Contains;
-using ::testing::FieldsAre;
 
 constexpr PrPixelFormat kBgra = 0x61726762;
 constexpr char kSmallScene[] = R"({"width": 64, "height": 32, "frames": 10})";
@@ -86,8 +79,9 @@ TEST_F(FrameDeliveryTest, WritesTheStitchersFrameAtTheFilesSizeIntoTheHostsRows)
         ASSERT_NE(frame, nullptr);
         ASSERT_EQ(frame->planar, planar);
         EXPECT_EQ(std::make_pair(frame->width, frame->height), std::make_pair(64, 32));
-        EXPECT_EQ(clip->last_frame_format().inFrameWidth, 64);
-        EXPECT_EQ(clip->last_frame_format().inFrameHeight, 32);
+        EXPECT_EQ(std::make_pair(clip->last_frame_format().inFrameWidth,
+                                 clip->last_frame_format().inFrameHeight),
+                  std::make_pair(64, 32));
         if (!planar) {
           EXPECT_EQ(frame->planes[0].row_bytes, 64 * 4 + padding);
         }
@@ -133,63 +127,8 @@ TEST_F(FrameDeliveryTest, RetriesOnceAndCachesOnlyWhatTheRetryDelivers) {
   }
 }
 
-TEST_F(FrameDeliveryTest, RecreatesSourcesThatAFailedReadHadReleased) {
-  HostFile* oldest = DescribedClip(kSmallScene);
-  HostFile* older = DescribedClip(kSmallScene);
-  DescribedClip(kSmallScene);
-  HostFile* failing =
-      DescribedClip(R"({"width": 64, "height": 32, "faults": {"video_fail_once": [0]}})");
-  const int64_t live_before = OmniStandin_LiveSources();
-  int32_t result = -1;
-  Frame(failing, 0, {0, 0, kPlanar}, &result);
-  ASSERT_EQ(result, imNoErr);
-  EXPECT_EQ(OmniStandin_LiveSources(), live_before - 2) << "half of four files released";
-
-  const std::string path = PathOf(*oldest);
-  const int64_t creates = OmniStandin_CallCount(kOmniStandinCreate, path.c_str());
-  Frame(oldest, 1, {0, 0, kPlanar}, &result);
-  EXPECT_EQ(result, imNoErr);
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinCreate, path.c_str()), creates + 1);
-
-  std::vector<float> samples(10);
-  float* channels[2] = {samples.data(), samples.data()};
-  EXPECT_EQ(older->ReadAudio(0, 5, channels), imNoErr);
-  EXPECT_EQ(OmniStandin_LiveSources(), live_before);
-}
-
-TEST_F(FrameDeliveryTest, AnswersUnknownErrorWhenTheHostMakesNoFrameOfTheWantedFormat) {
-  HostFile* clip = DescribedClip(kSmallScene);
-  PPixHand frame = nullptr;
-  EXPECT_EQ(clip->RequestFrame(0, {0, 0, PrPixelFormat_Any}, &frame), malUnknownError);
-  EXPECT_EQ(frame, nullptr);
-  EXPECT_EQ(StitchedFrames(clip), 0);
-}
-
-TEST_F(FrameDeliveryTest, AcquiresThePPix2SuiteOncePerFileWhenFirstFramesRace) {
-  constexpr int kFiles = 8;
-  constexpr int kThreadsPerFile = 8;
-  std::vector<HostFile*> clips;
-  for (int f = 0; f < kFiles; ++f) clips.push_back(DescribedClip(kSmallScene));
-  std::vector<int32_t> results(kFiles * kThreadsPerFile, -1);
-  std::vector<std::thread> threads;
-  for (int f = 0; f < kFiles; ++f) {
-    for (int t = 0; t < kThreadsPerFile; ++t) {
-      threads.emplace_back([this, &results, clip = clips[f], slot = f * kThreadsPerFile + t, t] {
-        imFrameFormat format = {0, 0, kPlanar};
-        PPixHand frame = nullptr;
-        imSourceVideoRec record = host_sim::MakeSourceVideoRecord(
-            clip->private_data(), nullptr, 0, t * clip->TicksPerFrame(), &format, &frame);
-        results[slot] = session_->Call(imGetSourceVideo, clip->file_ref(), &record);
-      });
-    }
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_TRUE(std::all_of(results.begin(), results.end(), [](int32_t r) { return r == imNoErr; }));
-  for (HostFile* clip : clips) clip->Close();
-  EXPECT_THAT(host().suites().Balances(), Contains(FieldsAre(kPrSDKPPix2Suite, _, kFiles, kFiles)));
-}
-
-TEST_F(FrameDeliveryTest, OffersTheFilesOwnSizeOnly) {
+// A frame the host will not make in the wanted format is never stitched.
+TEST_F(FrameDeliveryTest, OffersTheFilesOwnSizeOnlyAndAnswersUnknownErrorForAFrameNotMade) {
   HostFile* clip = DescribedClip(kSmallScene);
   int32_t width = 0;
   int32_t height = 0;
@@ -197,6 +136,11 @@ TEST_F(FrameDeliveryTest, OffersTheFilesOwnSizeOnly) {
   EXPECT_EQ(std::make_pair(width, height), std::make_pair(64, 32));
   EXPECT_EQ(clip->PreferredFrameSize(1, &width, &height), imOtherErr);
   EXPECT_EQ(clip->CheckTrim(), imNoErr);
+
+  PPixHand frame = nullptr;
+  EXPECT_EQ(clip->RequestFrame(0, {0, 0, PrPixelFormat_Any}, &frame), malUnknownError);
+  EXPECT_EQ(frame, nullptr);
+  EXPECT_EQ(StitchedFrames(clip), 0);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <regex>
 
 #include "platform/environment.h"
 
@@ -61,12 +62,11 @@ const auto* const environment = ::testing::AddGlobalTestEnvironment(new PluginEn
 
 command_server::CommandServer& PluginTest::Server() { return *server; }
 
-std::string PluginTest::LogText() { return PluginLogText(*plugin_profile); }
-
 void PluginTest::SetUp() {
   session_ = std::make_unique<host_sim::HostSession>(*plugin, kInterfaceVersion);
   int32_t last_result = 0;
   session_->FileTypes(&last_result);
+  log_start_ = PluginLogText(*plugin_profile).size();
 }
 
 void PluginTest::TearDown() {
@@ -90,6 +90,16 @@ host_sim::HostFile* PluginTest::DescribedClip(const std::string& project) {
   EXPECT_EQ(clip->Open(), imNoErr);
   EXPECT_EQ(clip->GetInfo(), imNoErr);
   return clip;
+}
+
+bool PluginTest::Logged(const std::string& pattern) const {
+  const std::string written = PluginLogText(*plugin_profile).substr(log_start_);
+  const std::regex line("(^|\\n)\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d " + pattern + "\\r?\\n");
+  return std::regex_search(written, line);
+}
+
+std::string PluginTest::Literal(const std::string& text) {
+  return std::regex_replace(text, std::regex(R"([.^$|()\[\]{}*+?\\])"), R"(\$&)");
 }
 
 std::string PluginTest::PathOf(const host_sim::HostFile& clip) const {

@@ -52,12 +52,17 @@ class PluginTest : public ::testing::Test {
   // The command server the plug-in connects to; it is listening from the program's start.
   static command_server::CommandServer& Server();
 
-  // Everything the plug-in has written to its Plugin.log.
-  static std::string LogText();
+  // Whether a whole line written to Plugin.log since the test began matches `pattern`
+  // (ECMAScript), which stands for what follows the time stamp.
+  bool Logged(const std::string& pattern) const;
+
+  // `text` with every character that a pattern would take as special escaped.
+  static std::string Literal(const std::string& text);
 
   std::unique_ptr<host_sim::HostSession> session_;
   TempFolder folder_;
 
  private:
   std::vector<std::unique_ptr<host_sim::HostFile>> clips_;
+  size_t log_start_ = 0;
 };

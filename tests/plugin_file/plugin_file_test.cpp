@@ -1,9 +1,7 @@
 // The built plug-in file, loaded as the host loads it.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstring>
 #include <string>
 
 #include "command_server/command_server.h"
@@ -63,9 +61,6 @@ TEST(PluginFileTest, ShutsDownWhileConnectedWithinOnePauseUnloadsAndStartsAgain)
     imImportInfoRec capabilities;
     EXPECT_EQ(session.StartUp(&capabilities), imNoErr);
     ASSERT_TRUE(server.WaitForConnection(std::chrono::seconds(10)));
-    const int32_t words[] = {capabilities.canSave, capabilities.canTrim,
-                             capabilities.avoidAudioConform};
-    EXPECT_THAT(words, ::testing::Each(1));
     const auto shutting_down = std::chrono::steady_clock::now();
     EXPECT_EQ(session.ShutDown(), imNoErr);
     EXPECT_LT(std::chrono::steady_clock::now() - shutting_down, std::chrono::milliseconds(3500));
