@@ -106,7 +106,6 @@ TEST(CheckCommandTest, EachFaultFailsExactlyTheChecksItBreaksAndTheRunGoesOn) {
   const std::string crashed_in_frame_20 = " GetVideoFrame frame 20, YUV 4:2:0 96x48";
   const std::string not_run = ": the checks after that call";
   const std::vector<FaultCase> cases = {
-      {"clean", "", {}, {}},
       {"create_fails",
        R"("create": true)",
        {": opened and described"},

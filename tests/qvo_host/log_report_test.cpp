@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <set>
 #include <string>
 #include <tuple>
@@ -15,7 +14,6 @@
 #include "qvo_host/log_plot.h"
 #include "qvo_host/log_summary.h"
 #include "qvo_host/time_plot.h"
-#include "support/temp_folder.h"
 
 namespace {
 
@@ -39,55 +37,51 @@ ParsedLog Parse(const std::string& text) {
   return log;
 }
 
-TEST(LogReportTest, ReadsWholeEntriesAndCountsTornAndForeignLines) {
+// The files come in any order, the current one among the rotated ones.
+TEST(LogReportTest, ReadsWholeEntriesInWrittenOrderAndCountsTornAndForeignLines) {
   const std::string text = Line(1, "INFO ", "Open File: C:\\a.qvo", 856) +
                            Line(2, "INFO ", "Received json: {\"type\":\n\"ping\"}", 2527) +
                            "2026-11-16 10:00:03 INFO  get source vid" +  // torn by a crash
                            "\n" + Line(4, "ERROR", " PRSource failed.", 862) +
                            "not a line of this log\n" + "2026-11-16 10:00:05 INFO  no call site\n";
-  const ParsedLog log = Parse(text);
-  ASSERT_EQ(log.entries.size(), 3u);
-  EXPECT_EQ(log.entries[0].message, "Open File: C:\\a.qvo");
-  EXPECT_EQ(log.entries[0].site, 856);
-  EXPECT_FALSE(log.entries[0].error);
-  EXPECT_EQ(log.entries[1].message, "Received json: {\"type\":\n\"ping\"}");
-  EXPECT_EQ(log.entries[2].message, " PRSource failed.");
-  EXPECT_TRUE(log.entries[2].error);
-  EXPECT_EQ(log.entries[2].seconds - log.entries[0].seconds, 3);
-  EXPECT_EQ(log.malformed_lines, 3);
-}
-
-TEST(LogReportTest, PutsRotatedFilesBeforeTheCurrentOne) {
   std::vector<ParsedLog> logs = {Parse(Line(50, "INFO ", "remove context", 1640)), Parse("torn"),
-                                 Parse(Line(10, "INFO ", "Plugin is shutting down...", 163))};
-  const ParsedLog all = host_sim::CombineInWrittenOrder(std::move(logs));
-  ASSERT_EQ(all.entries.size(), 2u);
-  EXPECT_EQ(all.entries[0].site, 163);
-  EXPECT_EQ(all.entries[1].site, 1640);
-  EXPECT_EQ(all.malformed_lines, 1);
+                                 Parse(text)};
+  const ParsedLog log = host_sim::CombineInWrittenOrder(std::move(logs));
+  ASSERT_EQ(log.entries.size(), 4u);
+  EXPECT_EQ(log.entries[1].message, "Received json: {\"type\":\n\"ping\"}");
+  EXPECT_EQ(log.entries[3].site, 1640);
+  EXPECT_EQ(log.malformed_lines, 4);
 }
 
-TEST(LogReportTest, TellsFilesFramesRetriesSourcesTheLinkAndErrors) {
+// The clips are named by their paths on Windows and elsewhere.
+TEST(LogReportTest, TellsFilesFramesRetriesSourcesTheLinkAndErrorsAndPlotsEachClipsFrames) {
+  const std::string a = "C:\\clips\\a.qvo", b = "/media/b.qvo";
   std::string text = Line(0, "INFO ", "Start thread to read command from server...", 2410) +
-                     Line(0, "INFO ", "Open File: a", 856) + Line(0, "INFO ", "Open File: b", 856) +
+                     Line(0, "INFO ", "Open File: " + a, 856) +
+                     Line(0, "INFO ", "Open File: " + b, 856) +
                      Line(0, "ERROR", " PRSource failed.", 862);
   const int consume[] = {10, 20, 30, 40, 100};
   for (int i = 0; i < 5; ++i) {
-    text += Line(1 + i, "INFO ", "get source video:a", 2269) +
+    text += Line(1 + i, "INFO ", "get source video:" + a, 2269) +
             Line(1 + i, "INFO ", "read frame consume:" + std::to_string(consume[i]), 2284) +
             Line(1 + i, "INFO ", i == 2 ? "result:1" : "result:0", 2285);
+    if (i == 1) {
+      text += Line(2, "INFO ", "get source video:" + b, 2269) +
+              Line(2, "INFO ", "read frame consume:30", 2284);
+    }
     if (i == 2) {
-      text += Line(3, "INFO ", "clean up resource:b", 1605) +
+      text += Line(3, "INFO ", "clean up resource:" + b, 1605) +
               Line(3, "INFO ", "second try result:0", 2293);
     }
   }
-  text +=
-      Line(8, "INFO ", "get source video:b", 2269) + Line(8, "INFO ", "Received json: {}", 2527) +
-      Line(8, "INFO ", "Request Type: get_media_info", 737) +
-      Line(8, "ERROR", "Request file path is invalid!", 779) +
-      Line(8, "INFO ", "Response: {}", 798) + Line(9, "INFO ", "Close premiere source file.", 905) +
-      Line(9, "INFO ", "clean up resource:a", 1605) +
-      Line(9, "INFO ", "Plugin is shutting down...", 163);
+  text += Line(8, "INFO ", "get source video:" + b, 2269) +
+          Line(8, "INFO ", "Received json: {}", 2527) +
+          Line(8, "INFO ", "Request Type: get_media_info", 737) +
+          Line(8, "ERROR", "Request file path is invalid!", 779) +
+          Line(8, "INFO ", "Response: {}", 798) +
+          Line(9, "INFO ", "Close premiere source file.", 905) +
+          Line(9, "INFO ", "clean up resource:" + a, 1605) +
+          Line(9, "INFO ", "Plugin is shutting down...", 163);
   const LogSummary summary = host_sim::Summarize(Parse(text));
 
   // Starts, shut-downs, opens, failed opens, frames, first tries failed, retries, retries failed,
@@ -98,50 +92,27 @@ TEST(LogReportTest, TellsFilesFramesRetriesSourcesTheLinkAndErrors) {
           summary.frames_stitched, summary.first_tries_failed, summary.retries,
           summary.retries_failed, summary.sources_released, summary.sources_released_to_make_room,
           summary.sources_made_again, summary.link_requests, summary.link_responses}),
-      (std::vector<int64_t>{1, 1, 2, 1, 6, 1, 1, 0, 2, 1, 1, 1, 1}));
+      (std::vector<int64_t>{1, 1, 2, 1, 7, 1, 1, 0, 2, 1, 1, 1, 1}));
   EXPECT_EQ(summary.link_request_types.at("get_media_info"), 1);
-  for (const auto& [p, milliseconds] : {std::pair{50, 30}, {95, 100}, {100, 100}}) {
-    EXPECT_EQ(host_sim::StitchingPercentile(summary, p), milliseconds) << p;
-  }
   EXPECT_THAT(
       host_sim::FormatSummary(summary),
-      AllOf(HasSubstr("frames         6 stitched; 1 failed the first try, 1 retried, 0 "
+      AllOf(HasSubstr("frames         7 stitched; 1 failed the first try, 1 retried, 0 "
                       "failed the retry too\n"),
-            HasSubstr("median 30 ms, 95th percentile 100 ms, maximum 100 ms, over 5 frames"),
+            HasSubstr("median 30 ms, 95th percentile 100 ms, maximum 100 ms, over 6 frames"),
             HasSubstr("errors         2 lines\n                 1 x  PRSource failed.\n"
                       "                 1 x Request file path is invalid!\n")));
 
-  TempFolder folder;
-  const std::string plot = folder.Join("plot.png");
-  EXPECT_TRUE(host_sim::WriteTimePlot(host_sim::StitchingTimePlot(summary, "Plugin.log"), plot));
-  EXPECT_GT(std::filesystem::file_size(std::filesystem::u8path(plot)), 0u);
-  EXPECT_FALSE(
-      host_sim::WriteTimePlot(host_sim::StitchingTimePlot(LogSummary{}, "Plugin.log"), plot))
-      << "nothing to plot";
-}
-
-TEST(LogReportTest, PlotsOneSeriesPerClipOverSecondsSinceTheFirstEntry) {
-  const std::string text = Line(1, "INFO ", "Open File: C:\\clips\\a.qvo", 856) +
-                           Line(2, "INFO ", "get source video:C:\\clips\\a.qvo", 2269) +
-                           Line(2, "INFO ", "read frame consume:10", 2284) +
-                           Line(3, "INFO ", "get source video:/media/b.qvo", 2269) +
-                           Line(4, "INFO ", "read frame consume:20", 2284) +
-                           Line(5, "INFO ", "get source video:C:\\clips\\a.qvo", 2269) +
-                           Line(6, "INFO ", "read frame consume:30", 2284);
-  const host_sim::TimePlot plot =
-      host_sim::StitchingTimePlot(host_sim::Summarize(Parse(text)), "Plugin.log");
+  const host_sim::TimePlot plot = host_sim::StitchingTimePlot(summary, "Plugin.log");
   EXPECT_EQ(plot.title, "Plugin.log");
   ASSERT_EQ(plot.series.size(), 2u);
   EXPECT_EQ(plot.series[0].label, "a.qvo");
-  EXPECT_EQ(plot.series[0].x, (std::vector<double>{1, 5}));
-  EXPECT_EQ(plot.series[0].milliseconds, (std::vector<double>{10, 30}));
+  EXPECT_EQ(plot.series[0].x, (std::vector<double>{1, 2, 3, 4, 5}));
+  EXPECT_EQ(plot.series[0].milliseconds, (std::vector<double>{10, 20, 30, 40, 100}));
   EXPECT_EQ(plot.series[1].label, "b.qvo");
-  EXPECT_EQ(plot.series[1].x, (std::vector<double>{3}));
-
+  EXPECT_EQ(plot.series[1].x, (std::vector<double>{2}));
   const host_sim::TimePlot unnamed = host_sim::StitchingTimePlot(
       host_sim::Summarize(Parse(Line(1, "INFO ", "read frame consume:7", 2284))), "Plugin.log");
-  ASSERT_EQ(unnamed.series.size(), 1u);
-  EXPECT_EQ(unnamed.series[0].label, "Plugin.log") << "the log names no clip";
+  EXPECT_EQ(unnamed.series.at(0).label, "Plugin.log") << "the log names no clip";
 }
 
 // How many pixels of `colour` the rectangle [left, right) x [top, bottom) holds.
@@ -191,7 +162,6 @@ TEST(LogReportTest, PlotShowsTitleAxesNumbersPercentilesAndLegend) {
     }
   }
   const RgbImage image = host_sim::DrawTimePlot(plot);
-  ASSERT_GT(image.width, 0);
   const int32_t x_axis = Fullest(image, host_sim::kPlotInk, false);
   const int32_t y_axis = Fullest(image, host_sim::kPlotInk, true);
   const int32_t median = Fullest(image, host_sim::kPlotMedian, false);

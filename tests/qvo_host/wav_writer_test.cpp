@@ -9,24 +9,12 @@
 
 namespace {
 
-using host_sim::FloatWavHeader;
 using host_sim::FloatWavWriter;
 
-TEST(WavWriterTest, HeaderDescribesIeeeFloatSoundWithAFactChunk) {
-  const std::string expected(
-      "RIFF\x4a\0\0\0WAVE"
-      "fmt \x12\0\0\0"
-      "\x03\0\x02\0\x80\xbb\0\0\0\xdc\x05\0\x08\0\x20\0\0\0"
-      "fact\x04\0\0\0\x03\0\0\0"
-      "data\x18\0\0\0",
-      58);
-  EXPECT_EQ(FloatWavHeader(2, 48000, 3), expected);
-}
-
-TEST(WavWriterTest, InterleavesPlanarBlocksAfterTheHeader) {
+TEST(WavWriterTest, WritesAnIeeeFloatHeaderWithAFactChunkThenInterleavesThePlanarBlocks) {
   TempFolder folder;
   const std::string path = folder.Join("sound.wav");
-  FloatWavWriter wav(path, 2, 44100, 3);
+  FloatWavWriter wav(path, 2, 48000, 3);
   ASSERT_TRUE(wav.ok());
   const float left[] = {0.5f, -0.25f, 1.0f};
   const float right[] = {-1.0f, 0.125f, 0.0f};
@@ -36,10 +24,16 @@ TEST(WavWriterTest, InterleavesPlanarBlocksAfterTheHeader) {
   EXPECT_TRUE(wav.AppendPlanar(second_block, 1));
   EXPECT_TRUE(wav.Finish());
 
+  const std::string header(
+      "RIFF\x4a\0\0\0WAVE"
+      "fmt \x12\0\0\0"
+      "\x03\0\x02\0\x80\xbb\0\0\0\xdc\x05\0\x08\0\x20\0\0\0"
+      "fact\x04\0\0\0\x03\0\0\0"
+      "data\x18\0\0\0",
+      58);
   const float interleaved[] = {0.5f, -1.0f, -0.25f, 0.125f, 1.0f, 0.0f};
   EXPECT_EQ(ReadWholeFile(path),
-            FloatWavHeader(2, 44100, 3) +
-                std::string(reinterpret_cast<const char*>(interleaved), sizeof(interleaved)));
+            header + std::string(reinterpret_cast<const char*>(interleaved), sizeof(interleaved)));
 }
 
 TEST(WavWriterTest, FailsForMoreFramesThanRiffSizesHoldOrFewerThanAnnounced) {

@@ -109,8 +109,6 @@ TEST_F(StandinStitcherTest, ReportsTheFilesValuesOrDefaultsAndDerivesTheSampleCo
       {R"({"width": 640, "height": 640, "fps": 25, "frames": 250, "bitrate": 7, "stereo": true,
           "offset": "1.5,-2,0", "audio": {"rate": 44100, "channels": 6}})",
        {1, 640, 640, 25.0, 250, 7, 1, 1, 441000, 44100, 6, "1.5,-2,0"}},
-      {R"({"audio": {"sample_frames": 12345}})",
-       {1, 3840, 1920, 29.97, 300, 120000000, 0, 1, 12345, 48000, 2, ""}},
       {R"({"audio": null})", {1, 3840, 1920, 29.97, 300, 120000000, 0, 0, 0, 0, 0, ""}},
   };
   for (const auto& one : cases) {
@@ -121,71 +119,43 @@ TEST_F(StandinStitcherTest, ReportsTheFilesValuesOrDefaultsAndDerivesTheSampleCo
   }
 }
 
-TEST_F(StandinStitcherTest, GivesNoSourceForMissingOrMalformedFilesOrWhereTheFileSaysSo) {
+TEST_F(StandinStitcherTest, GivesNoSourceForMissingOrMalformedFiles) {
   EXPECT_FALSE(TryOpen(folder_.Join("absent.qvo")));
   for (const char* text : {"", "not json", "[1, 2]", "{\"width\": 10", "{\"width\": \"wide\"}",
                            "{\"fps\": 0}", "{\"audio\": 5}", "{\"render\": \"fancy\"}",
                            "{\"faults\": {\"video_fail_once\": [\"x\"]}}"}) {
     EXPECT_FALSE(TryOpen(WriteProject(text))) << text;
   }
-  const std::string never = WriteProject(R"({"faults": {"create": true}})");
-  EXPECT_FALSE(TryOpen(never));
-  EXPECT_FALSE(TryOpen(never));
-
-  const std::string twice = WriteProject(R"({"faults": {"create_ok_times": 2}})");
-  EXPECT_TRUE(TryOpen(twice));
-  EXPECT_TRUE(TryOpen(twice));
-  EXPECT_FALSE(TryOpen(twice));
-  DestroyAll();
-  EXPECT_FALSE(TryOpen(twice));  // the count of Create calls survives the release
 }
 
-TEST_F(StandinStitcherTest, SharesOneSourcePerPathUntilTheLastDestroy) {
-  std::string path = WriteProject(R"({"width": 100})");
-  MediaInfo first, second;
-  std::shared_ptr<PRSource> a = PrSourceFactory::Create(path, &first);
-  std::shared_ptr<PRSource> b = PrSourceFactory::Create(path, &second);
+// The plug-in's tests count each path's frames, updates and creates; the rest is counted here.
+TEST_F(StandinStitcherTest, SharesOneSourcePerPathUntilTheLastDestroyAndCountsCallsUntilReset) {
+  std::string path = WriteProject("{}");
+  std::shared_ptr<PRSource> a = PrSourceFactory::Create(path, nullptr);
+  std::shared_ptr<PRSource> b = PrSourceFactory::Create(path, nullptr);
   ASSERT_TRUE(a);
   EXPECT_EQ(a.get(), b.get());
-  EXPECT_EQ(second.width, 100);
-  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_ + 1);
-
   PrSourceFactory::Destroy(a);
   EXPECT_FALSE(a);
   EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_ + 1);
   PrSourceFactory::Destroy(a);  // an empty reference: nothing happens, nothing is counted
-  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_ + 1);
-  PrSourceFactory::Destroy(b);
-  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_);
   EXPECT_EQ(OmniStandin_CallCount(kOmniStandinCreate, path.c_str()), 2);
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinDestroy, path.c_str()), 2);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinDestroy, path.c_str()), 1);
 
-  EXPECT_NE(&Open(path), &OpenClip("{}"));
-}
-
-TEST_F(StandinStitcherTest, CountsCallsPerPathAndInTotalUntilReset) {
-  std::string one = WriteProject("{}"), two = WriteProject("{}");
-  PRSource& first = Open(one);
-  PRSource& second = Open(two);
   OmniStandin_ResetCounters();
   std::vector<float> samples(4);
   float* buffers[2] = {samples.data(), samples.data() + 2};
-  VideoResult(first, 0);
-  VideoResult(first, 400);  // failed calls count too
-  first.GetAudioFrame(0, 2, buffers);
-  second.Update();
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetVideoFrame, one.c_str()), 2);
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetAudioFrame, one.c_str()), 1);
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, one.c_str()), 0);
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, two.c_str()), 1);
+  b->GetAudioFrame(0, 2, buffers);
+  VideoResult(*b, 0);
+  VideoResult(OpenClip("{}"), 0);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetAudioFrame, path.c_str()), 1);
   EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetVideoFrame, nullptr), 2);
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinCreate, nullptr), 0);
   EXPECT_EQ(OmniStandin_CallCount(kOmniStandinUpdate, folder_.Join("never.qvo").c_str()), 0);
   EXPECT_EQ(OmniStandin_CallCount(kOmniStandinCallKinds, nullptr), -1);
-
+  PrSourceFactory::Destroy(b);
+  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_ + 1) << "only the other path's source";
   OmniStandin_ResetCounters();
-  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetVideoFrame, one.c_str()), 0);
-  EXPECT_EQ(OmniStandin_LiveSources(), live_at_start_ + 2);
+  EXPECT_EQ(OmniStandin_CallCount(kOmniStandinGetAudioFrame, path.c_str()), 0);
 }
 
 TEST_F(StandinStitcherTest, YuvAndBgraShowTheSamePicture) {
@@ -215,12 +185,9 @@ TEST_F(StandinStitcherTest, YuvAndBgraShowTheSamePicture) {
 TEST_F(StandinStitcherTest, PictureChangesWithTheFrameAndTheUpdateGenerationOfThePath) {
   std::string path = WriteProject(R"({"frames": 10})");
   PRSource& source = Open(path);
-  std::vector<uint8_t> original = Bgra(source, 0, 128, 64);
-  EXPECT_EQ(Bgra(source, 0, 128, 64), original);
-  EXPECT_NE(Bgra(source, 1, 128, 64), original);
+  EXPECT_NE(Bgra(source, 1, 128, 64), Bgra(source, 0, 128, 64));
   EXPECT_TRUE(source.Update());
   std::vector<uint8_t> updated = Bgra(source, 0, 128, 64);
-  EXPECT_NE(updated, original);
   DestroyAll();
   EXPECT_EQ(Bgra(Open(path), 0, 128, 64), updated);
 }
@@ -274,28 +241,22 @@ TEST_F(StandinStitcherTest, FramesFailOutsideTheClipAndWhereTheFileSaysOnceOrAlw
   EXPECT_EQ(VideoResult(reopened, 3), 1);
 }
 
-TEST_F(StandinStitcherTest, ToneFollowsTheAbsoluteSampleNumberForPositiveCounts) {
+// The plug-in's tests follow the tone from call to call near the start of a file.
+TEST_F(StandinStitcherTest, ToneStaysExactFarIntoTheFileAndANegativeCountWritesNothing) {
   PRSource& source = OpenClip(R"({"audio": {"rate": 48000, "channels": 3}})");
-  std::vector<float> whole(3 * 300), split(3 * 300);
-  float* whole_buffers[3] = {&whole[0], &whole[300], &whole[600]};
-  float* split_buffers[3] = {&split[0], &split[300], &split[600]};
+  std::vector<float> samples(3 * 300);
+  float* buffers[3] = {&samples[0], &samples[300], &samples[600]};
   const int64_t start = 10000000000;  // about 58 hours in
-  ASSERT_EQ(source.GetAudioFrame(start, 300, whole_buffers), 0);
+  ASSERT_EQ(source.GetAudioFrame(start, 300, buffers), 0);
   for (int c = 0; c < 3; ++c) {
     for (int n : {0, 1, 77, 299}) {
       double phase = std::fmod(220.0 * (c + 1) * static_cast<double>(start + n), 48000.0);
-      EXPECT_NEAR(whole_buffers[c][n], 0.25 * std::sin(kTwoPi * phase / 48000.0), 1e-6);
+      EXPECT_NEAR(buffers[c][n], 0.25 * std::sin(kTwoPi * phase / 48000.0), 1e-6);
     }
   }
-  ASSERT_EQ(source.GetAudioFrame(start, 120, split_buffers), 0);
-  float* rest[3] = {split_buffers[0] + 120, split_buffers[1] + 120, split_buffers[2] + 120};
-  ASSERT_EQ(source.GetAudioFrame(start + 120, 180, rest), 0);
-  EXPECT_EQ(split, whole);
-
-  std::vector<float> untouched = whole;
-  EXPECT_EQ(source.GetAudioFrame(0, 0, whole_buffers), 0);
-  EXPECT_EQ(source.GetAudioFrame(0, -3, whole_buffers), 0);
-  EXPECT_EQ(whole, untouched) << "a count that is not positive writes nothing";
+  const std::vector<float> written = samples;
+  EXPECT_EQ(source.GetAudioFrame(0, -3, buffers), 0);
+  EXPECT_EQ(samples, written);
 }
 
 }  // namespace
