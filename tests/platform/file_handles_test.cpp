@@ -54,74 +54,28 @@ class FileHandlesTest : public ::testing::Test {
     platform::CloseFileHandle(file);
   }
 
-  // One read of up to 16 bytes.
-  static std::string ReadSome(FileHandle file) {
-    char buffer[16] = {};
-    uint32_t read = sizeof(buffer);
-    EXPECT_TRUE(platform::ReadFromFile(file, buffer, sizeof(buffer), &read));
-    return std::string(buffer, read);
-  }
-
   TempFolder folder_;
 };
 
-TEST_F(FileHandlesTest, CreatesANewFileButNeverOverAnExistingOneAndDeletesIt) {
-  Put(kEmoji, "hello");
-  EXPECT_EQ(Content(kEmoji), "hello");
-  EXPECT_EQ(platform::CreateNewFileForWriting(Host(kEmoji).c_str()), platform::InvalidFileHandle());
-  EXPECT_EQ(Content(kEmoji), "hello");
-  EXPECT_TRUE(platform::DeleteFileAt(Host(kEmoji).c_str()));
-  EXPECT_FALSE(Exists(kEmoji));
-  EXPECT_FALSE(platform::DeleteFileAt(Host(kEmoji).c_str()));
-}
-
-TEST_F(FileHandlesTest, ReadsAndSeeksFromTheStartButNeverWritesAFileOpenForReading) {
+// Where the seek lands, the sample-file reads show; here, what each seek answers.
+TEST_F(FileHandlesTest, SeeksFromTheStartButNeverBeforeIt) {
   Put(u"data.bin", "hello");
-  // A path without the long-path prefix is taken as it is.
-  FileHandle file =
-      platform::OpenFileForReading((folder_.path().u16string() + u"\\data.bin").c_str());
-  ASSERT_NE(file, platform::InvalidFileHandle());
-  EXPECT_EQ(ReadSome(file), "hello");
-  EXPECT_EQ(ReadSome(file), "") << "at the end";
+  FileHandle file = platform::OpenFileForReading(Host(u"data.bin").c_str());
   EXPECT_TRUE(platform::SeekFromStart32(file, 3));
-  EXPECT_EQ(ReadSome(file), "lo");
-  ASSERT_TRUE(platform::SeekFromStart32(file, 1));
   EXPECT_FALSE(platform::SeekFromStart32(file, 0x80000000u)) << "negative without a high part";
-  EXPECT_FALSE(platform::SeekFromStart32(file, 0xFFFFFFFFu));
-  EXPECT_EQ(ReadSome(file), "ello") << "a failed seek leaves the pointer";
   EXPECT_TRUE(platform::SeekFromStart64(file, 2));
   EXPECT_FALSE(platform::SeekFromStart64(file, -1));
-  EXPECT_EQ(ReadSome(file), "llo");
-
-  uint32_t written = 99;
-  EXPECT_FALSE(platform::WriteToFile(file, "abc", 3, &written));
-  EXPECT_NE(platform::LastSystemError(), 0u);
-  EXPECT_EQ(written, 0u);
   platform::CloseFileHandle(file);
-  EXPECT_EQ(Content(u"data.bin"), "hello");
 }
 
-TEST_F(FileHandlesTest, FailsWithTheSystemsErrorOnAMissingFileOrTheInvalidHandle) {
-  EXPECT_EQ(platform::OpenFileForReading(Host(u"missing.bin").c_str()),
-            platform::InvalidFileHandle());
-  EXPECT_NE(platform::LastSystemError(), 0u);
-  int64_t size = 123;
-  EXPECT_FALSE(platform::FileSize64(platform::InvalidFileHandle(), &size));
-  EXPECT_NE(platform::LastSystemError(), 0u);
-  EXPECT_EQ(size, 123);
-}
-
-TEST_F(FileHandlesTest, MovesAFileButNeitherOntoAnExistingOneNorFromNowhere) {
+TEST_F(FileHandlesTest, MovesAFileButNeverOntoAnExistingOne) {
   Put(kAccented, "source");
   Put(u"to.bin", "target");
   EXPECT_FALSE(platform::MoveFileTo(Host(kAccented).c_str(), Host(u"to.bin").c_str()));
-  EXPECT_EQ(Content(kAccented), "source");
   EXPECT_EQ(Content(u"to.bin"), "target");
   EXPECT_TRUE(platform::MoveFileTo(Host(kAccented).c_str(), Host(kEmoji).c_str()));
   EXPECT_FALSE(Exists(kAccented));
   EXPECT_EQ(Content(kEmoji), "source");
-  EXPECT_FALSE(platform::MoveFileTo(Host(kAccented).c_str(), Host(u"again.bin").c_str()));
-  EXPECT_FALSE(Exists(u"again.bin"));
 }
 
 #if !defined(_WIN32)
@@ -139,18 +93,14 @@ bool CopyUnderFileSizeLimit(rlim_t bytes, const std::u16string& from, const std:
 }
 #endif
 
-TEST_F(FileHandlesTest, CopiesOntoANewFileOnlyAndKeepsTheSource) {
+// More than one block of the copy, onto a path without the long-path prefix, taken as it is.
+TEST_F(FileHandlesTest, CopiesOntoANewFileOnly) {
   std::string bytes(200000, '\0');
   for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7);
   Put(kEmoji, bytes);
-  EXPECT_TRUE(platform::CopyFileNoReplace(Host(kEmoji).c_str(), Host(kAccented).c_str()));
-  EXPECT_EQ(Content(kEmoji), bytes);
+  const std::u16string unprefixed = folder_.path().u16string() + u"\\" + kAccented;
+  EXPECT_TRUE(platform::CopyFileNoReplace(Host(kEmoji).c_str(), unprefixed.c_str()));
   EXPECT_EQ(Content(kAccented), bytes);
-  FileHandle copy = platform::OpenFileForReading(Host(kAccented).c_str());
-  int64_t size = -1;
-  EXPECT_TRUE(platform::FileSize64(copy, &size));
-  EXPECT_EQ(size, 200000);
-  platform::CloseFileHandle(copy);
 
   Put(u"other.bin", "other");
   EXPECT_FALSE(platform::CopyFileNoReplace(Host(u"other.bin").c_str(), Host(kAccented).c_str()));
