@@ -21,15 +21,15 @@ TEST(PathConversionTest, DropsTheFirstFourCharactersWhateverTheyAre) {
 }
 
 TEST(PathConversionTest, NarrowPathReplacesWhatTheCodePageLacksWhileUtf8KeepsIt) {
-  const char16_t* path = u"\\\\?\\D:\\\u4E2D\u00E9\u20AC\u00A0.qvo";
-  EXPECT_EQ(Utf8Path(path), "D:\\\xE4\xB8\xAD\xC3\xA9\xE2\x82\xAC\xC2\xA0.qvo");
+  const char16_t* path = u"\\\\?\\D:\\\u4E2D\u00E9\u20AC\u00A0\u00FF.qvo";
+  EXPECT_EQ(Utf8Path(path), "D:\\\xE4\xB8\xAD\xC3\xA9\xE2\x82\xAC\xC2\xA0\xC3\xBF.qvo");
   EXPECT_EQ(Utf8Path(u"\\\\?\\\U0001F600"), "\xF0\x9F\x98\x80");
   // NarrowPath converts to the system's code page on Windows, Windows-1252 elsewhere.
   if (platform::SystemAnsiCodePageNumber() != 1252) {
     GTEST_SKIP() << "the narrow bytes below are Windows-1252's; this system's code page is "
                  << platform::SystemAnsiCodePageNumber();
   }
-  EXPECT_EQ(NarrowPath(path), "D:\\?\xE9\x80\xA0.qvo");
+  EXPECT_EQ(NarrowPath(path), "D:\\?\xE9\x80\xA0\xFF.qvo");
   EXPECT_EQ(NarrowPath(u"\\\\?\\\U0001F600"), "??") << "one default character per code unit";
 }
 
