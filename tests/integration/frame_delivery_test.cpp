@@ -1,7 +1,10 @@
 // Frames requested through the built plug-in file: written by the stitched source straight into
 // the host's frames, cached by the host, retried once.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <thread>
 #include <vector>
 
 #include "integration/plugin_fixture.h"
@@ -13,6 +16,9 @@ namespace {
 using host_sim::FramePlane;
 using host_sim::HostFile;
 using host_sim::HostFrame;
+using ::testing::_;
+using ::testing::Contains;
+using ::testing::FieldsAre;
 
 constexpr PrPixelFormat kBgra = 0x61726762;
 constexpr char kSmallScene[] = R"({"width": 64, "height": 32, "frames": 10})";
@@ -141,6 +147,28 @@ TEST_F(FrameDeliveryTest, OffersTheFilesOwnSizeOnlyAndAnswersUnknownErrorForAFra
   EXPECT_EQ(clip->RequestFrame(0, {0, 0, PrPixelFormat_Any}, &frame), malUnknownError);
   EXPECT_EQ(frame, nullptr);
   EXPECT_EQ(StitchedFrames(clip), 0);
+}
+
+// The host's render threads ask for the first frames of several files at once; each file acquires
+// the PPix 2 suite once.
+TEST_F(FrameDeliveryTest, AcquiresThePPix2SuiteOncePerFileWhenFirstFramesRace) {
+  constexpr int kFiles = 8;
+  std::vector<HostFile*> clips;
+  for (int f = 0; f < kFiles; ++f) clips.push_back(DescribedClip(kSmallScene));
+  std::vector<int32_t> results(kFiles * 8, -1);
+  std::vector<std::thread> threads;
+  for (size_t slot = 0; slot < results.size(); ++slot) {
+    threads.emplace_back([&results, slot, clip = clips[slot % kFiles]] {
+      imFrameFormat format = {0, 0, kPlanar};
+      PPixHand frame = nullptr;
+      const PrTime time = static_cast<PrTime>(slot / kFiles) * clip->TicksPerFrame();
+      results[slot] = clip->RequestFrame(time, &format, &frame);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(std::count(results.begin(), results.end(), imNoErr), kFiles * 8);
+  for (HostFile* clip : clips) clip->Close();
+  EXPECT_THAT(host().suites().Balances(), Contains(FieldsAre(kPrSDKPPix2Suite, _, kFiles, kFiles)));
 }
 
 }  // namespace
