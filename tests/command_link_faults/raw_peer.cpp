@@ -15,7 +15,9 @@ RawPeer::RawPeer(int receive_buffer_bytes)
   const asio::ip::tcp::endpoint loopback(asio::ip::address_v4::loopback(), 0);
   acceptor_.open(loopback.protocol());
   // Set before listening, so that the accepted connection has it from its first byte on.
-  acceptor_.set_option(asio::socket_base::receive_buffer_size(receive_buffer_bytes));
+  if (receive_buffer_bytes > 0) {
+    acceptor_.set_option(asio::socket_base::receive_buffer_size(receive_buffer_bytes));
+  }
   acceptor_.bind(loopback);
   acceptor_.listen();
   port_ = acceptor_.local_endpoint().port();

@@ -21,10 +21,10 @@
 
 class RawPeer {
  public:
-  // Listens on a free port. `receive_buffer_bytes` fixes the accepted connection's receive
-  // buffer, so that little of what the plug-in writes fits in it while the peer does not read.
-  // Throws std::system_error when no port can be had.
-  explicit RawPeer(int receive_buffer_bytes);
+  // Listens on a free port. A positive `receive_buffer_bytes` fixes the accepted connection's
+  // receive buffer, so that little of what the plug-in writes fits in it while the peer does not
+  // read. Throws std::system_error when no port can be had.
+  explicit RawPeer(int receive_buffer_bytes = 0);
   ~RawPeer();
   RawPeer(const RawPeer&) = delete;
   RawPeer& operator=(const RawPeer&) = delete;
