@@ -35,6 +35,15 @@ double ToMicroseconds(double value, const std::string& unit) {
   return value;
 }
 
+// A benchmark's name without its own minimum time ("/min_time:0.500"), which says how long it ran,
+// not what it measured.
+std::string MeasureName(const std::string& run_name) {
+  const size_t at = run_name.find("/min_time:");
+  if (at == std::string::npos) return run_name;
+  const size_t end = run_name.find('/', at + 1);
+  return run_name.substr(0, at) + (end == std::string::npos ? "" : run_name.substr(end));
+}
+
 bool ReadMedians(const std::string& path, Medians* medians) {
   std::ifstream file(path);
   std::stringstream text;
@@ -44,7 +53,7 @@ bool ReadMedians(const std::string& path, Medians* medians) {
   if (run.HasParseError() || !run.IsObject() || !run.HasMember("benchmarks")) return false;
   for (const auto& bench : run["benchmarks"].GetArray()) {
     if (!bench.HasMember("aggregate_name") || bench["aggregate_name"] != "median") continue;
-    const std::string name = bench["run_name"].GetString();
+    const std::string name = MeasureName(bench["run_name"].GetString());
     const std::string unit = bench["time_unit"].GetString();
     medians->real_time_us[name] = ToMicroseconds(bench["real_time"].GetDouble(), unit);
     medians->cpu_time_us[name] = ToMicroseconds(bench["cpu_time"].GetDouble(), unit);
@@ -196,8 +205,7 @@ std::vector<Row> Rows(const Measures& m) {
   rows.back().time_based = TimedAudioMicroseconds(m);
   rows.push_back(AtLeast("log_line", LogLineShare(m), 0.8, " of direct"));
   rows.push_back(AtMost("command_burst",
-                        m.Time("BM_CommandBurst/min_time:0.500/real_time") /
-                            m.Time("BM_ParseJsonBurst/min_time:0.500/real_time"),
+                        m.Time("BM_CommandBurst/real_time") / m.Time("BM_ParseJsonBurst/real_time"),
                         1.5, "x"));
   rows.push_back(AtLeast(
       "thread_scaling",

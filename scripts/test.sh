@@ -26,18 +26,24 @@ cmake/wine-run.sh wineboot --init >/dev/null 2>&1 || true
 status=0
 tests_running=""
 
-# Waits for the tests started last, prints their log and keeps their result.
-finish_tests() {
-  [ -n "$tests_running" ] || return 0
-  local preset=$tests_running
-  tests_running=""
-  if wait "$tests_pid"; then
-    echo "=== $preset: tests passed ==="
+# Waits for a job started in the background, prints whether it passed and its log, and keeps its
+# result.
+report_job() {
+  local pid=$1 log=$2 title=$3
+  if wait "$pid"; then
+    echo "=== $title passed ==="
   else
     status=1
-    echo "=== $preset: tests FAILED ==="
+    echo "=== $title FAILED ==="
   fi
-  cat "$logs/$preset.log"
+  cat "$logs/$log.log"
+}
+
+# The tests started last, if any.
+finish_tests() {
+  [ -n "$tests_running" ] || return 0
+  report_job "$tests_pid" "$tests_running" "$tests_running: tests"
+  tests_running=""
 }
 
 # The warning model only compiles, and at the lowest priority: it takes the processor time that the
@@ -59,11 +65,5 @@ for preset in linux windows linux-sanitize linux-tsan linux-fuzz; do
   tests_running=$preset
 done
 finish_tests
-if wait "$warnings_pid"; then
-  echo "=== linux-msvc-warnings: passed ==="
-else
-  status=1
-  echo "=== linux-msvc-warnings: FAILED ==="
-fi
-cat "$logs/linux-msvc-warnings.log"
+report_job "$warnings_pid" linux-msvc-warnings "linux-msvc-warnings:"
 exit $status
