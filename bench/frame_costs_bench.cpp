@@ -13,6 +13,7 @@
 #include "counted_stretch.h"
 #include "delivery/row_spreading.h"
 #include "host_sim/frame_cache_suite.h"
+#include "in_turns.h"
 
 namespace {
 
@@ -105,25 +106,23 @@ constexpr uint32_t kPackedHeight = 1920;
 constexpr uint32_t kPackedRow = kPackedWidth * 4;
 constexpr uint32_t kPaddedRow = kPackedRow + 64;
 
-void BM_RowSpreading(benchmark::State& state) {
-  std::vector<uint8_t> frame(static_cast<size_t>(kPaddedRow) * kPackedHeight, 1);
-  for (auto _ : state) {
-    SpreadRowsToPitch(frame.data(), frame.data(), kPaddedRow, 4, kPackedWidth, kPackedHeight);
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * int64_t{kPackedRow} * kPackedHeight);
-}
-
-// The same bytes in one memmove, as far up the same buffer as the spreading moves its last row:
-// the farthest any row goes, so that neither side has its writes land closer to its reads.
-void BM_Memmove(benchmark::State& state) {
+// Spreading a packed frame's rows in place to the pitch, in turns with the same bytes moved in one
+// memmove as far up the same buffer as the spreading moves its last row: the farthest any row
+// goes, so that neither side has its writes land closer to its reads. Each side is the processor
+// time of the one thread that runs both.
+void BM_RowSpreadingTurns(benchmark::State& state) {
   std::vector<uint8_t> frame(static_cast<size_t>(kPaddedRow) * kPackedHeight, 1);
   const size_t farthest = size_t{kPaddedRow - kPackedRow} * (kPackedHeight - 1);
-  for (auto _ : state) {
-    std::memmove(frame.data() + farthest, frame.data(), size_t{kPackedRow} * kPackedHeight);
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * int64_t{kPackedRow} * kPackedHeight);
+  RunInTurns(
+      state, ThreadProcessorNanoseconds,
+      [&frame] {
+        SpreadRowsToPitch(frame.data(), frame.data(), kPaddedRow, 4, kPackedWidth, kPackedHeight);
+        benchmark::ClobberMemory();
+      },
+      [&frame, farthest] {
+        std::memmove(frame.data() + farthest, frame.data(), size_t{kPackedRow} * kPackedHeight);
+        benchmark::ClobberMemory();
+      });
 }
 
 }  // namespace
@@ -135,5 +134,4 @@ BENCHMARK(BM_UncachedFrameInstructions)->Arg(3840)->Arg(7680)->Iterations(8);
 BENCHMARK(BM_DirectFrameInstructions)->Arg(3840)->Arg(7680)->Iterations(8);
 BENCHMARK(BM_CachedFrame)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(BM_CacheLookup)->Unit(benchmark::kMicrosecond)->UseRealTime();
-BENCHMARK(BM_RowSpreading)->Unit(benchmark::kMicrosecond)->UseRealTime();
-BENCHMARK(BM_Memmove)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_RowSpreadingTurns)->Unit(benchmark::kMicrosecond)->UseRealTime();

@@ -1,6 +1,7 @@
 // One Plugin.log line beside the least that the log's design needs for one line done directly:
-// three fprintf, fflush, one file-status query, under a lock so that lines stay whole. And the
-// instructions of one line, counted under callgrind, the unit of a frame's counted overhead.
+// three fprintf, fflush, one file-status query, under a lock so that lines stay whole; the two in
+// turns. And the instructions of one line, counted under callgrind, the unit of a frame's counted
+// overhead.
 #include <benchmark/benchmark.h>
 
 #include <atomic>
@@ -12,6 +13,7 @@
 
 #include "bench_host.h"
 #include "counted_stretch.h"
+#include "in_turns.h"
 #include "logging/log_sites.h"
 #include "logging/plugin_log.h"
 #include "platform/c_runtime_files.h"
@@ -38,11 +40,6 @@ PluginLog* BenchLog() {
 
 void WriteLine(PluginLog* log) {
   log->Write(kLogInfo, kLogSource, log_site::kReadFrameConsume, "read frame consume:%d", 3);
-}
-
-void BM_LogLine(benchmark::State& state) {
-  PluginLog* log = BenchLog();
-  for (auto _ : state) WriteLine(log);
 }
 
 // A line as the frame path pays for it: written after a frame of the argument's width has gone
@@ -79,23 +76,25 @@ struct DirectLog {
   std::mutex mutex;
 };
 
-void BM_DirectLogLine(benchmark::State& state) {
-  static DirectLog* direct = new DirectLog;
+void WriteDirectLine(DirectLog* direct) {
   int32_t size = 0;
-  for (auto _ : state) {
-    std::lock_guard<std::mutex> lock(direct->mutex);
-    std::fprintf(direct->file, "%04d-%02d-%02d %02d:%02d:%02d %s ", 2026, 11, 16, 4, 33, 19,
-                 "INFO ");
-    std::fprintf(direct->file, "read frame consume:%d", 3);
-    std::fprintf(direct->file, " %s:%d\n", kLogSource, log_site::kReadFrameConsume);
-    std::fflush(direct->file);
-    platform::FileSize32(direct->path, &size);
-  }
+  std::lock_guard<std::mutex> lock(direct->mutex);
+  std::fprintf(direct->file, "%04d-%02d-%02d %02d:%02d:%02d %s ", 2026, 11, 16, 4, 33, 19, "INFO ");
+  std::fprintf(direct->file, "read frame consume:%d", 3);
+  std::fprintf(direct->file, " %s:%d\n", kLogSource, log_site::kReadFrameConsume);
+  std::fflush(direct->file);
+  platform::FileSize32(direct->path, &size);
+}
+
+void BM_LogLineTurns(benchmark::State& state) {
+  static DirectLog* direct = new DirectLog;
+  PluginLog* log = BenchLog();
+  RunInTurns(
+      state, WallNanoseconds, [log] { WriteLine(log); }, [] { WriteDirectLine(direct); });
 }
 
 }  // namespace
 
-BENCHMARK(BM_LogLine)->Threads(1)->Threads(2)->UseRealTime();
+BENCHMARK(BM_LogLineTurns)->Threads(1)->Threads(2)->UseRealTime();
 BENCHMARK(BM_LogLineBetweenFrames)->Arg(3840)->Arg(7680)->UseManualTime();
-BENCHMARK(BM_DirectLogLine)->Threads(1)->Threads(2)->UseRealTime();
 BENCHMARK(BM_LogLineInstructions)->Iterations(1000);

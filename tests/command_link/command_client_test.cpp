@@ -78,6 +78,16 @@ class CommandClientTest : public ::testing::Test {
     return count;
   }
 
+  // How often the log lines written since the test began hold `text`, once they hold it `times`
+  // times or a bound has passed.
+  size_t WaitForLogged(const std::string& text, size_t times) const {
+    const auto give_up = std::chrono::steady_clock::now() + 5s;
+    while (LoggedSinceStart(text) < times && std::chrono::steady_clock::now() < give_up) {
+      std::this_thread::sleep_for(10ms);
+    }
+    return LoggedSinceStart(text);
+  }
+
   TempFolder home_;
   std::optional<CommandServer> server_;
   std::thread thread_;
@@ -163,12 +173,7 @@ TEST_F(CommandClientTest, TriesTheDefaultPortAndSaysSoWithoutAHomeDrive) {
   StartClient();
   // Every plug-in without a port file tries this port, those of other test programs too: the
   // line, not the connection, says that this one did.
-  const auto give_up = std::chrono::steady_clock::now() + 5s;
-  while (LoggedSinceStart("ERROR Can't get home drive! SDK_File_Import:") == 0 &&
-         std::chrono::steady_clock::now() < give_up) {
-    std::this_thread::sleep_for(10ms);
-  }
-  EXPECT_GE(LoggedSinceStart("ERROR Can't get home drive! SDK_File_Import:"), 1u);
+  EXPECT_GE(WaitForLogged("ERROR Can't get home drive! SDK_File_Import:", 1), 1u);
   EXPECT_TRUE(default_server->WaitForConnection(5s));
 }
 
@@ -176,12 +181,7 @@ TEST_F(CommandClientTest, SaysSoOnEveryPassWithoutAHomePath) {
   platform::UnsetEnvironment("HOMEPATH");
   const std::string line = "ERROR Can't get home path! SDK_File_Import:2438";
   StartClient();
-  const auto give_up = std::chrono::steady_clock::now() + 5s;
-  while (LoggedSinceStart(line) < 2 && std::chrono::steady_clock::now() < give_up) {
-    std::this_thread::sleep_for(10ms);
-  }
-  StopClient();
-  EXPECT_GE(LoggedSinceStart(line), 2u);
+  EXPECT_GE(WaitForLogged(line, 2), 2u);
 }
 
 using CommandClientDeathTest = CommandClientTest;

@@ -92,12 +92,6 @@ TEST_F(FrameCacheTest, AHitFitsTheWantedFormatWhereItNamesOne) {
   EXPECT_EQ(Get(1, 0, 0, {64, 32, kPlanar}), frame);
   EXPECT_EQ(Get(1, 0, 0, {0, 0, PrPixelFormat_BGRA_4444_8u}), nullptr);
   EXPECT_EQ(Get(1, 0, 0, {32, 16, 0}), nullptr);
-
-  imFrameFormat formats[2] = {{0, 0, PrPixelFormat_BGRA_4444_8u}, {64, 0, 0}};
-  PPixHand found = nullptr;
-  EXPECT_EQ(cache().GetFrameFromCache(1, 0, 0, 2, formats, &found, nullptr, 0), suiteError_NoError);
-  EXPECT_EQ(cache().GetFrameFromCache(1, 0, 0, 0, nullptr, &found, nullptr, 0), suiteError_NoError);
-  EXPECT_EQ(found, frame);
 }
 
 TEST_F(FrameCacheTest, AddingUnderATakenKeyReleasesTheFrameKeptThereAndRefusesADeadFrame) {

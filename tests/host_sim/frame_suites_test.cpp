@@ -21,7 +21,6 @@ using host_sim::Host;
 using host_sim::HostFrame;
 using host_sim::HostFrames;
 using ::testing::ElementsAre;
-using ::testing::FieldsAre;
 using ::testing::HasSubstr;
 
 constexpr PrPixelFormat kPlanar = PrPixelFormat_YUV_420_MPEG4_FRAME_PICTURE_PLANAR_8u_709_FullRange;
@@ -136,25 +135,6 @@ TEST_F(FrameSuitesTest, RefusesReadOnlyAccessAndFramesWithoutPixels) {
   EXPECT_NE(CreateIn(bounds, kPlanar, PrPPixBufferAccess_WriteOnly), nullptr);
 }
 
-TEST_F(FrameSuitesTest, DescribesAFrameFromTheOriginOfItsBounds) {
-  PPixHand frame = CreateIn({10, 20, 74, 52});
-  prRect bounds = {-1, -1, -1, -1};
-  PrPixelFormat format = 0;
-  uint32_t aspect[2] = {0, 0};
-  int32_t origin[2] = {-1, -1};
-  prFieldType fields = prFieldsInvalid;
-  EXPECT_EQ(ppix().GetBounds(frame, &bounds), suiteError_NoError);
-  EXPECT_EQ(ppix().GetPixelFormat(frame, &format), suiteError_NoError);
-  EXPECT_EQ(ppix().GetPixelAspectRatio(frame, &aspect[0], &aspect[1]), suiteError_NoError);
-  EXPECT_EQ(ppix2().GetOrigin(frame, &origin[0], &origin[1]), suiteError_NoError);
-  EXPECT_EQ(ppix2().GetFieldOrder(frame, &fields), suiteError_NoError);
-  EXPECT_THAT(bounds, FieldsAre(0, 0, 64, 32)) << "left, top, right, bottom";
-  EXPECT_EQ(format, kPlanar);
-  EXPECT_THAT(aspect, ElementsAre(1u, 1u));
-  EXPECT_THAT(origin, ElementsAre(0, 0));
-  EXPECT_EQ(fields, prFieldsNone);
-}
-
 TEST_F(FrameSuitesTest, DisposingTheLastReferenceFreesTheFrameAndLaterUseIsAFault) {
   PPixHand frame = Create(kPlanar, 16, 16);
   EXPECT_EQ(host_.frames().References(frame), 1);
@@ -209,20 +189,6 @@ TEST_F(FrameSuitesTest, WithGuardPagesAFrameEndsJustBeforeAnInaccessiblePage) {
   }
   EXPECT_THAT(Faults(), ElementsAre(HasSubstr("95x47 frame of format 1634887522, after it")))
       << "the write into the slack of the 95x47 frame";
-}
-
-// Benchmarks recycle frame buffers; a recycled buffer keeps its bytes but is guarded afresh.
-TEST_F(FrameSuitesTest, ARecycledBufferKeepsItsBytesAndIsGuardedAgain) {
-  host_.frames().set_recycling(true);
-  PPixHand first = Create(kPlanar, 7, 5);
-  uint8_t* bytes = Frame(first).planes[0].bytes;
-  bytes[0] = 0x42;
-  bytes[-1] = 0;
-  EXPECT_EQ(ppix().Dispose(first), suiteError_NoError);
-  const HostFrame& again = Frame(Create(kPlanar, 7, 5));
-  EXPECT_EQ(again.planes[0].bytes, bytes);
-  EXPECT_EQ(again.planes[0].bytes[0], 0x42);
-  EXPECT_EQ(Faults().size(), 1u) << "only the first frame was written outside";
 }
 
 }  // namespace

@@ -75,15 +75,6 @@ TEST_F(SuiteAccessTest, TimeSuiteCountsTheHostsTicksExactlyForTheRatesItDefines)
   }
   EXPECT_LT(time->GetTicksPerVideoFrame(0, &ticks), 0);
   EXPECT_LT(time->GetTicksPerVideoFrame(9, &ticks), 0);
-
-  EXPECT_EQ(time->GetTicksPerAudioSample(48000.0f, &ticks), suiteError_NoError);
-  EXPECT_EQ(ticks, 5292000);
-  EXPECT_EQ(time->GetTicksPerAudioSample(44100.0f, &ticks), suiteError_NoError);
-  EXPECT_EQ(ticks, 5760000);
-  EXPECT_EQ(time->GetTicksPerAudioSample(47952.0f, &ticks), kPrTimeSuite_RoundedAudioRate)
-      << "a rate that does not divide the tick rate";
-  EXPECT_EQ(ticks, 5297297);
-  EXPECT_LT(time->GetTicksPerAudioSample(0.0f, &ticks), 0);
 }
 
 TEST_F(SuiteAccessTest, UnservedSlotsAnswerFailureAndAreCounted) {

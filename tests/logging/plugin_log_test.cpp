@@ -4,9 +4,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <regex>
-#include <thread>
-#include <vector>
 
 #include "platform/c_runtime_files.h"
 #include "platform/environment.h"
@@ -140,34 +137,6 @@ TEST_F(PluginLogTest, KeepsGrowingWhenTheRotatedNameIsTakenAndRotatesInALaterSec
   WriteOneLine(log);
   EXPECT_EQ(fs::file_size(folder / "Plugin.2026_11_16_04_33_20.log"), kThreshold + line_bytes_);
   EXPECT_EQ(fs::file_size(folder / "Plugin.log"), 0u);
-}
-
-TEST_F(PluginLogTest, LinesFromManyThreadsNeverInterleave) {
-  fs::path profile = MakeProfile();
-  constexpr int kThreads = 4;
-  constexpr int kLinesEach = 200;
-  {
-    PluginLog log(FixedClock);
-    std::vector<std::thread> writers;
-    for (int t = 0; t < kThreads; ++t) {
-      writers.emplace_back([&log, t] {
-        for (int i = 0; i < kLinesEach; ++i) {
-          log.Write(kLogInfo, kLogSource, t, "thread %d line %d", t, i);
-        }
-      });
-    }
-    for (auto& writer : writers) writer.join();
-  }
-  std::ifstream file(PluginLogFolder(profile) / "Plugin.log");
-  const std::regex whole_line(
-      R"(2026-11-16 04:33:19 INFO  thread (\d) line \d+ SDK_File_Import:(\d)\r?)");
-  int lines = 0;
-  for (std::string text; std::getline(file, text); ++lines) {
-    std::smatch match;
-    ASSERT_TRUE(std::regex_match(text, match, whole_line)) << text;
-    EXPECT_EQ(match[1], match[2]);
-  }
-  EXPECT_EQ(lines, kThreads * kLinesEach);
 }
 
 }  // namespace

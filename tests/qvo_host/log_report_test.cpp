@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -193,16 +192,6 @@ TEST(LogReportTest, PlotShowsTitleAxesNumbersPercentilesAndLegend) {
   plot.title.clear();
   EXPECT_EQ(Count(host_sim::DrawTimePlot(plot), host_sim::kPlotInk, 0, 0, image.width, 30), 0);
   EXPECT_EQ(host_sim::DrawTimePlot({"empty", "frame", {{"a.qvo", {}, {}}}}).width, 0);
-}
-
-TEST(LogReportTest, SeriesColoursDifferFromOneAnotherAndFromTheLines) {
-  std::set<std::tuple<int, int, int>> colours;
-  for (size_t s = 0; s < 23; ++s) {
-    const Rgb colour = s < 3 ? std::vector<Rgb>{host_sim::kPlotInk, host_sim::kPlotMedian,
-                                                host_sim::kPlotPercentile95}[s]
-                             : host_sim::PlotSeriesColour(s - 3);
-    EXPECT_TRUE(colours.insert({colour.r, colour.g, colour.b}).second) << s;
-  }
 }
 
 }  // namespace

@@ -192,14 +192,6 @@ TEST_F(StandinStitcherTest, PictureChangesWithTheFrameAndTheUpdateGenerationOfTh
   EXPECT_EQ(Bgra(Open(path), 0, 128, 64), updated);
 }
 
-TEST_F(StandinStitcherTest, StereoEyesDifferOnlySlightly) {
-  std::vector<uint8_t> frame = Bgra(OpenClip(R"({"stereo": true})"), 40, 360, 360);
-  size_t half = frame.size() / 2, differing = 0;
-  for (size_t i = 0; i < half; ++i) differing += frame[i] != frame[half + i];
-  EXPECT_GT(differing, 0u);
-  EXPECT_LT(differing, half / 10);
-}
-
 TEST_F(StandinStitcherTest, PlanarWritesFillEveryRowAndKeepToTheStrides) {
   PRSource& source = OpenClip("{}");
   const int width = 37, height = 19;
