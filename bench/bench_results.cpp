@@ -173,8 +173,8 @@ double TimedAudioMicroseconds(const Measures& m) {
 // The direct line's share of the plug-in's, the two written in turns; the smaller of 1 and 2
 // threads.
 double LogLineShare(const Measures& m) {
-  return std::min(m.Counter("BM_LogLineTurns/real_time/threads:1/direct_share"),
-                  m.Counter("BM_LogLineTurns/real_time/threads:2/direct_share"));
+  return std::min(m.Counter("BM_LogLineTurns/threads:1/real_time/direct_share"),
+                  m.Counter("BM_LogLineTurns/threads:2/real_time/direct_share"));
 }
 
 Row AtMost(std::string name, double measured, double goal, std::string unit,

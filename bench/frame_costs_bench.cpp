@@ -101,8 +101,8 @@ void BM_CacheLookup(benchmark::State& state) {
   host.frame_cache().ExpireAll();
 }
 
-constexpr uint32_t kPackedWidth = 3840;
-constexpr uint32_t kPackedHeight = 1920;
+constexpr uint32_t kPackedWidth = 7680;
+constexpr uint32_t kPackedHeight = 3840;
 constexpr uint32_t kPackedRow = kPackedWidth * 4;
 constexpr uint32_t kPaddedRow = kPackedRow + 64;
 
