@@ -80,6 +80,8 @@ TEST(LogReportTest, TellsFilesFramesRetriesSourcesTheLinkAndErrorsAndPlotsEachCl
           Line(8, "INFO ", "Response: {}", 798) +
           Line(9, "INFO ", "Close premiere source file.", 905) +
           Line(9, "INFO ", "clean up resource:" + a, 1605) +
+          Line(9, "INFO ", "Open File: " + a, 856) +  // opened again: a new source, not made again
+          Line(9, "INFO ", "get source video:" + a, 2269) +
           Line(9, "INFO ", "Plugin is shutting down...", 163);
   const LogSummary summary = host_sim::Summarize(Parse(text));
 
@@ -91,11 +93,11 @@ TEST(LogReportTest, TellsFilesFramesRetriesSourcesTheLinkAndErrorsAndPlotsEachCl
           summary.frames_stitched, summary.first_tries_failed, summary.retries,
           summary.retries_failed, summary.sources_released, summary.sources_released_to_make_room,
           summary.sources_made_again, summary.link_requests, summary.link_responses}),
-      (std::vector<int64_t>{1, 1, 2, 1, 7, 1, 1, 0, 2, 1, 1, 1, 1}));
+      (std::vector<int64_t>{1, 1, 3, 1, 8, 1, 1, 0, 2, 1, 1, 1, 1}));
   EXPECT_EQ(summary.link_request_types.at("get_media_info"), 1);
   EXPECT_THAT(
       host_sim::FormatSummary(summary),
-      AllOf(HasSubstr("frames         7 stitched; 1 failed the first try, 1 retried, 0 "
+      AllOf(HasSubstr("frames         8 stitched; 1 failed the first try, 1 retried, 0 "
                       "failed the retry too\n"),
             HasSubstr("median 30 ms, 95th percentile 100 ms, maximum 100 ms, over 6 frames"),
             HasSubstr("errors         2 lines\n                 1 x  PRSource failed.\n"

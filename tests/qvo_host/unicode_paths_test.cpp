@@ -45,9 +45,7 @@ struct Case {
 
 const Case kCases[] = {
     {{"info", "{D}\\clip.qvo"}, true, ""},
-    {{"frames", "{P}", "--range", "0:2", "--out", "{D}\\frames"},
-     false,
-     "frames\\contact_sheet.png"},
+    {{"frames", "{P}", "--range", "0:2", "--out", "{D}\\frames"}, false, "frames\\frame_00001.png"},
     {{"audio", "{D}\\clip.qvo", "--out", "{D}\\sound.wav"}, true, "sound.wav"},
     {{"serve", "{D}\\clip.qvo", "--seconds", "1"}, true, ""},
     {{"check", "{D}\\clip.qvo", "--frames", "0", "--report", "{D}\\report"},
