@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <initializer_list>
 
 // Nanoseconds on the wall clock, or of the calling thread's processor time, from some start.
 inline int64_t WallNanoseconds() {
@@ -25,34 +26,27 @@ inline int64_t ThreadProcessorNanoseconds() {
 }
 
 // Runs `plugin` and `direct` once each per iteration. Sets the counters "direct_share", the direct
-// side's time over the plug-in's (averaged over the benchmark's threads), and "plugin_us" and
-// "direct_us", each side's microseconds per iteration.
+// side's time over the plug-in's, and "plugin_us" and "direct_us", each side's microseconds per
+// iteration.
 template <typename Plugin, typename Direct>
 void RunInTurns(benchmark::State& state, int64_t (*now)(), Plugin plugin, Direct direct) {
   int64_t plugin_time = 0;
   int64_t direct_time = 0;
   bool plugin_first = true;
   for (auto _ : state) {
-    const int64_t start = now();
-    if (plugin_first) {
-      plugin();
-    } else {
-      direct();
+    for (const bool plugin_side : {plugin_first, !plugin_first}) {
+      const int64_t start = now();
+      if (plugin_side) {
+        plugin();
+      } else {
+        direct();
+      }
+      (plugin_side ? plugin_time : direct_time) += now() - start;
     }
-    const int64_t middle = now();
-    if (plugin_first) {
-      direct();
-    } else {
-      plugin();
-    }
-    const int64_t end = now();
-    plugin_time += plugin_first ? middle - start : end - middle;
-    direct_time += plugin_first ? end - middle : middle - start;
     plugin_first = !plugin_first;
   }
   state.counters["direct_share"] =
-      benchmark::Counter(plugin_time > 0 ? static_cast<double>(direct_time) / plugin_time : 0.0,
-                         benchmark::Counter::kAvgThreads);
+      plugin_time > 0 ? static_cast<double>(direct_time) / plugin_time : 0.0;
   state.counters["plugin_us"] =
       benchmark::Counter(plugin_time / 1000.0, benchmark::Counter::kAvgIterations);
   state.counters["direct_us"] =
